@@ -1,0 +1,47 @@
+# The two commands of the README, and what they rest on.
+
+PRESET ?= release
+JOBS ?= $(shell nproc)
+
+.PHONY: help setup build demo test asan bench format check-format tidy clean
+
+help:
+	@echo "make demo          render the sample scene"
+	@echo "make test          build and run every test"
+	@echo "make build         build the library and the command-line host"
+	@echo "make asan          build and run the tests with the sanitizers"
+	@echo "make bench         run the benchmarks"
+	@echo "make format        lay out the code"
+	@echo "make tidy          run clang-tidy"
+	@echo "make setup         install what is missing (demo and test do it themselves)"
+
+setup:
+	@scripts/setup
+
+build: setup
+	@cmake --preset $(PRESET) > build-$(PRESET).log 2>&1 || (cat build-$(PRESET).log; exit 1)
+	@cmake --build build/$(PRESET) -j $(JOBS)
+
+demo: build
+	@scripts/demo build/$(PRESET) out
+
+test: build
+	@scripts/test build/$(PRESET)
+
+asan:
+	@$(MAKE) --no-print-directory test PRESET=asan
+
+bench: build
+	@scripts/bench build/$(PRESET)
+
+format:
+	@scripts/format
+
+check-format:
+	@scripts/format --check
+
+tidy: build
+	@scripts/tidy build/$(PRESET)
+
+clean:
+	rm -rf build out build-*.log

@@ -1,0 +1,25 @@
+# The engine: one set of objects, linked into the shared library and, for tests that look inside, into the test
+# programs.
+
+find_package(OpenGL REQUIRED COMPONENTS OpenGL GLX EGL)
+find_package(X11 REQUIRED)
+find_package(JPEG REQUIRED)
+
+add_library(vornik_objects OBJECT)
+set_target_properties(
+    vornik_objects PROPERTIES POSITION_INDEPENDENT_CODE ON CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+target_include_directories(vornik_objects PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>)
+target_compile_definitions(vornik_objects PRIVATE VORNIK_BUILDING)
+target_link_libraries(vornik_objects PRIVATE vornik_options PUBLIC OpenGL::OpenGL OpenGL::GLX OpenGL::EGL GLU X11::X11
+                                                                   vornik_jpeg)
+
+foreach(folder core platform rasterizer scene assets spatial lighting)
+    add_subdirectory(${PROJECT_SOURCE_DIR}/${folder} ${PROJECT_BINARY_DIR}/${folder})
+endforeach()
+
+add_library(vornik SHARED)
+add_library(Vornik::vornik ALIAS vornik)
+target_link_libraries(vornik PRIVATE vornik_objects vornik_options)
+target_include_directories(vornik PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>)
+set_target_properties(vornik PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 0)
+target_link_options(vornik PRIVATE -Wl,--no-undefined)

@@ -1,0 +1,15 @@
+#ifndef VORNIK_EXPORT_H
+#define VORNIK_EXPORT_H
+
+// VRK_API marks what the shared library exports.
+#if defined(_WIN32)
+#if defined(VORNIK_BUILDING)
+#define VRK_API __declspec(dllexport)
+#else
+#define VRK_API __declspec(dllimport)
+#endif
+#else
+#define VRK_API __attribute__((visibility("default")))
+#endif
+
+#endif

@@ -1,0 +1,37 @@
+#ifndef VORNIK_PLATFORM_H
+#define VORNIK_PLATFORM_H
+
+// The one public header that differs between systems: the host's window and the handles made for it.
+
+#if defined(_WIN32)
+
+struct HWND__;
+struct HDC__;
+struct HGLRC__;
+struct HPALETTE__;
+typedef HWND__* VRKWindow; ///< the HWND of the host
+typedef HDC__* VRKDeviceContext;
+typedef HGLRC__* VRKRenderingContext;
+typedef HPALETTE__* VRKPalette;
+
+#else
+
+/// Where to draw: an X11 window of the host, or an off-screen surface that needs no display server.
+struct VRKNativeWindow
+{
+    void* display;        ///< Display* of the host's X11 connection; null asks for an off-screen surface
+    unsigned long window; ///< X11 Window of the host; unused off-screen
+    int width, height;    ///< size of the off-screen surface in pixels; ignored for a window
+};
+
+struct VRKDeviceContextRecord;
+struct VRKRenderingContextRecord;
+struct VRKPaletteRecord;
+typedef const VRKNativeWindow* VRKWindow; ///< read during start-up only; the host keeps it
+typedef VRKDeviceContextRecord* VRKDeviceContext;
+typedef VRKRenderingContextRecord* VRKRenderingContext;
+typedef VRKPaletteRecord* VRKPalette;
+
+#endif
+
+#endif

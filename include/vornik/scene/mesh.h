@@ -1,0 +1,132 @@
+#ifndef VORNIK_SCENE_MESH_H
+#define VORNIK_SCENE_MESH_H
+
+// The polygon object: parallel packed arrays by vertex and by face, as the graphics library takes them.
+
+#include <stdint.h>
+
+#include "vornik/core/vectors.h"
+#include "vornik/export.h"
+#include "vornik/scene/object.h"
+
+class D3DMesh;
+class TList;
+
+/// One range of faces with one material; both ends inclusive.
+struct MaterialFaceRange
+{
+    int32_t first, last;
+};
+
+/// The ranges of a mesh. The material of a range is that of its first face.
+struct MaterialFaceList
+{
+    int32_t count;
+    MaterialFaceRange* ranges; ///< [count], owned, a malloc block
+};
+
+class VRK_API Mesh : public Object
+{
+public:
+    D3DMesh* d3dMesh;              ///< rasterizer 1's own form; owned
+    Vertex3D* originalVertices;    ///< [vertexCount], owned; as loaded, relative to position after center()
+    Vertex3D* calculatedVertices;  ///< [vertexCount], owned; what drawing, lighting and queries read
+    Vertex3D* transformedVertices; ///< [vertexCount], owned; world positions
+    Vertex2D* textureCoords;       ///< [vertexCount], owned
+    Vertex3D* originalNormals;     ///< [vertexCount], owned; unit length
+    Vertex3D* calculatedNormals;   ///< [vertexCount], owned; what drawing and lighting read
+    EdgeNormal* edgeNormals;       ///< [faceCount], owned; used by collision
+    Facelist* faces;               ///< [faceCount], owned; counter-clockwise seen from the front
+    Textlist* faceMaterials;       ///< [faceCount], owned
+    uint32_t*
+        smoothingGroups; ///< [faceCount], owned; faces smooth together only where the whole value is equal
+    Color* lightColors;  ///< [vertexCount], owned; light gathered by the lighting pass
+    Color* vertexColors; ///< [vertexCount], owned; colours drawn; the passes write alpha
+    MaterialFaceList* materialFaces; ///< owned; null until sortFacesByMaterial, and then nothing is drawn
+    uint8_t* faceFlags;              ///< [faceCount], owned; edges that wire drawing shows
+    uint32_t displayList;            ///< OpenGL list of the solid pass
+    uint32_t transparentDisplayList; ///< OpenGL list of the immediate transparent pass
+    uint8_t attachMark;              ///< merged by OGroup::attach
+    uint8_t billboard;               ///< turned with the camera by OGroup::render
+    int32_t vertexCount;
+    int32_t faceCount;
+    int32_t virtualVertexCount; ///< for hosts that keep spare room; see minimizeVirtualTriangleCount
+    int32_t virtualFaceCount;
+    float radius; ///< from the local origin to the farthest calculated vertex
+
+    Mesh();
+    Mesh(const Mesh&) = delete;
+    Mesh& operator=(const Mesh&) = delete;
+    ~Mesh();
+
+    /// Allocates all arrays by vertex, cleared, and releases the old ones. @param n  below 0 counts as 0
+    void createVertices(int n);
+    /// Releases the arrays by vertex; vertexCount stays.
+    void destroyVertices();
+    /// Allocates all arrays by face, cleared; each face is its own smoothing group.
+    void createFaces(int n);
+    /// Releases the arrays by face except faceFlags; faceCount stays.
+    void destroyFaces();
+
+    /// Groups the faces by material, in order of first appearance, and builds materialFaces. faces and
+    /// faceMaterials move; smoothingGroups, faceFlags and edgeNormals keep the old order. Linear in the
+    /// faces.
+    void sortFacesByMaterial();
+
+    /// Splits vertices along the borders of smoothing groups, since a vertex has one normal. Gives up on a
+    /// mesh with a vertex of more than 512 faces. Call before calcNormals. Linear in vertices and faces.
+    void prepareSmoothing();
+
+    /// Moves originalVertices so that their bounding box is centred on the origin; position takes the old
+    /// centre. pivot and calculatedVertices stay as they are: call originalToCalculated() next.
+    void center();
+    /// Adds position to both vertex arrays and clears it.
+    void restoreToWorldCoordinates();
+
+    /// originalNormals from originalVertices: the average of the unit normals of the faces around each
+    /// vertex. A vertex without faces keeps what it had. Linear in vertices and faces.
+    void calcNormals();
+    /// edgeNormals from the faces' world positions. Uses the rasterizer's matrix stack.
+    void calcEdgeNormals();
+    void calcRadius();
+    /// Copies positions and normals to the calculated arrays.
+    void originalToCalculated();
+    /// Overwrites calculatedVertices with window coordinates of originalVertices. gluProject.
+    void calcWindowCoords();
+
+    /// Vertex i in world coordinates by the static transform: position, -pivot, rotation z, y, x, pivot.
+    /// @param i  (0, 0, 0) is the answer outside the array
+    Vertex3D calculatedVertex(int i);
+    /// The same with the normal, rotated and not renormalised. @param vertex, normal  [out]
+    void calculatedVertex(int i, Vertex3D* vertex, Vertex3D* normal);
+
+    /// Grows the arrays in place, new entries cleared; smaller numbers do nothing. edgeNormals keeps its
+    /// size.
+    void expandObject(int vertices, int faces);
+    /// Trims the arrays to vertexCount and faceCount where the virtual counts are larger.
+    void minimizeVirtualTriangleCount();
+
+    /// A copy with arrays of its own, which shares name, d3dMesh and display lists. smoothingGroups,
+    /// edgeNormals and transformedVertices are fresh. The caller owns it.
+    Object* copyObject();
+
+    // Drawing, in meshrender.cpp. flags are VRK_RENDER_... bits, list resolves the material numbers, and the
+    // model matrix stands on the rasterizer's stack. A mesh without materialFaces draws nothing. All return 0
+    // unless said otherwise, and leave: culling on, texturing on, smooth, depth test less-or-equal, depth
+    // writes on.
+
+    /// Runs the passes that the flags select.
+    int render(int flags, TList* list);
+    /// The opaque ranges, each with its reflection.
+    int renderNonTransparent(int flags, TList* list);
+    /// The transparent ranges, unsorted, in face order. Leaves blending on, or off behind a reflection.
+    int renderTransparentImmediately(int flags, TList* list);
+    /// The opaque ranges once more on top of themselves, under the host's blend function.
+    int renderEffect(int flags, TList* list);
+
+    /// Takes two list names from OpenGL. @return 0 or 43, logged
+    int createDisplayList();
+    void destroyDisplayList();
+};
+
+#endif

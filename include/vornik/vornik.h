@@ -1,0 +1,13 @@
+#ifndef VORNIK_VORNIK_H
+#define VORNIK_VORNIK_H
+
+// Everything that Vornik exports, subsystem by subsystem.
+
+#include "vornik/assets.h"
+#include "vornik/core.h"
+#include "vornik/lighting.h"
+#include "vornik/rasterizer.h"
+#include "vornik/scene.h"
+#include "vornik/spatial.h"
+
+#endif

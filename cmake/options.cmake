@@ -1,5 +1,10 @@
 # Compiler options shared by every target of the project.
 
+find_program(CCACHE ccache)
+if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+endif()
+
 add_library(vornik_options INTERFACE)
 target_include_directories(vornik_options INTERFACE ${PROJECT_SOURCE_DIR})
 

@@ -1,0 +1,21 @@
+// Opening files whose names were written for another system.
+#pragma once
+
+#include <cstddef>
+#include <cstdio>
+#include <string>
+
+/// Opens a file. Where the name as given finds nothing, backslashes count as separators and each component is
+/// looked up without regard to case among the entries of its folder: an exact match wins, among several
+/// others the first in byte order. `.` and `..` work. A mode that creates finds the folders in the same way
+/// and keeps the file's own name unless a file of that name in other case exists.
+/// @return null on failure, and for a folder
+FILE* vrkOpenFile(const char* name, const char* mode);
+
+/// The name under which vrkOpenFile would open an existing file or folder; empty if there is none.
+std::string vrkResolveName(const char* name);
+
+/// Reads a whole file. @param padding  zero bytes to add behind the content
+/// @param size  [out] bytes of the file, without the padding
+/// @return a malloc block that the caller owns; null if it can't be opened or is larger than 2 GiB
+char* vrkReadFile(const char* name, size_t padding, size_t* size);

@@ -1,0 +1,137 @@
+// Resolves names component by component: an exact entry first, and only where that fails a search of the
+// folder, so that a name that is right costs no directory read.
+
+#include "platform/file.h"
+
+#include <cctype>
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+#include <dirent.h>
+#include <strings.h>
+#include <sys/stat.h>
+#include <vector>
+
+static bool exists(const std::string& path)
+{
+    struct stat entry;
+    return stat(path.c_str(), &entry) == 0;
+}
+
+static bool isFolder(const std::string& path)
+{
+    struct stat entry;
+    return stat(path.c_str(), &entry) == 0 && S_ISDIR(entry.st_mode);
+}
+
+// The entry of a folder that equals a name but for case, the first in byte order; empty if there is none.
+static std::string entryInOtherCase(const std::string& folder, const std::string& name)
+{
+    std::string best;
+    DIR* entries = opendir(folder.empty() ? "." : folder.c_str());
+    if (!entries)
+        return best;
+    while (const dirent* entry = readdir(entries))
+        if (strcasecmp(entry->d_name, name.c_str()) == 0 && (best.empty() || best > entry->d_name))
+            best = entry->d_name;
+    closedir(entries);
+    return best;
+}
+
+static std::vector<std::string> components(const char* name)
+{
+    std::vector<std::string> parts(1);
+    for (const char* c = name; *c; ++c)
+    {
+        if (*c == '/' || *c == '\\')
+            parts.emplace_back();
+        else
+            parts.back() += *c;
+    }
+    return parts;
+}
+
+// Path of one entry of a folder, in the case in which it exists; empty if there is none.
+static std::string findEntry(const std::string& folder, const std::string& name)
+{
+    if (exists(folder + name))
+        return folder + name;
+    const std::string entry = entryInOtherCase(folder, name);
+    return entry.empty() ? entry : folder + entry;
+}
+
+// Resolves all components but the last. @return the folder with a closing slash, empty for the current one
+static bool resolveFolder(const std::vector<std::string>& parts, std::string* folder)
+{
+    folder->clear();
+    for (size_t i = 0; i + 1 < parts.size(); ++i)
+    {
+        if (parts[i].empty())
+        {
+            if (i == 0)
+                *folder = "/";
+            continue;
+        }
+        const std::string path = findEntry(*folder, parts[i]);
+        if (path.empty() || !isFolder(path))
+            return false;
+        *folder = path + "/";
+    }
+    return true;
+}
+
+std::string vrkResolveName(const char* name)
+{
+    if (!name || !*name)
+        return "";
+    if (exists(name))
+        return name;
+    const std::vector<std::string> parts = components(name);
+    std::string folder;
+    if (!resolveFolder(parts, &folder))
+        return "";
+    return parts.back().empty() ? folder : findEntry(folder, parts.back());
+}
+
+static std::string nameToCreate(const char* name)
+{
+    const std::string existing = vrkResolveName(name);
+    if (!existing.empty())
+        return existing;
+    const std::vector<std::string> parts = components(name);
+    std::string folder;
+    return resolveFolder(parts, &folder) ? folder + parts.back() : "";
+}
+
+FILE* vrkOpenFile(const char* name, const char* mode)
+{
+    if (!name || !*name)
+        return nullptr;
+    const bool creates = std::strchr(mode, 'w') || std::strchr(mode, 'a');
+    const std::string path = creates ? nameToCreate(name) : vrkResolveName(name);
+    if (path.empty() || isFolder(path))
+        return nullptr;
+
+    // The text flag of other systems means nothing here.
+    std::string plainMode;
+    for (const char* c = mode; *c; ++c)
+        if (*c != 't')
+            plainMode += *c;
+    return std::fopen(path.c_str(), plainMode.c_str());
+}
+
+char* vrkReadFile(const char* name, size_t padding, size_t* size)
+{
+    FILE* file = vrkOpenFile(name, "rb");
+    if (!file)
+        return nullptr;
+
+    struct stat entry;
+    char* block = nullptr;
+    if (fstat(fileno(file), &entry) == 0 && S_ISREG(entry.st_mode) && entry.st_size <= INT_MAX)
+        block = static_cast<char*>(std::calloc(static_cast<size_t>(entry.st_size) + padding + 1, 1));
+    if (block)
+        *size = std::fread(block, 1, static_cast<size_t>(entry.st_size), file);
+    std::fclose(file);
+    return block;
+}

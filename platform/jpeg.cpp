@@ -27,14 +27,21 @@ static jpeg_error_mgr* prepare(ErrorManager* errors)
     return base;
 }
 
-// An image of more pixels than this isn't decoded: it would take gigabytes.
-static const uint64_t mostPixels = 1u << 28;
+// A stream can claim a size that its data can't fill. What it may take grows with its length, so that a few
+// bytes never ask for gigabytes; the flattest picture stays far below.
+static uint64_t mostPixels(size_t streamSize)
+{
+    const uint64_t small = 1u << 20;
+    const uint64_t large = 1u << 28;
+    const uint64_t byLength = static_cast<uint64_t>(streamSize) * 4096;
+    return byLength < small ? small : byLength > large ? large : byLength;
+}
 
 // Rows go straight into image->pixels, so that nothing is lost when the library jumps out.
-static bool decodeRows(jpeg_decompress_struct* info, bool grey, JpegImage* image)
+static bool decodeRows(jpeg_decompress_struct* info, size_t streamSize, bool grey, JpegImage* image)
 {
     jpeg_read_header(info, TRUE);
-    if (static_cast<uint64_t>(info->image_width) * info->image_height > mostPixels)
+    if (static_cast<uint64_t>(info->image_width) * info->image_height > mostPixels(streamSize))
         return false;
     if (info->jpeg_color_space == JCS_CMYK || info->jpeg_color_space == JCS_YCCK)
         return false;
@@ -70,7 +77,7 @@ bool jpegDecode(const uint8_t* data, size_t size, bool grey, JpegImage* image)
     }
     jpeg_create_decompress(&info);
     jpeg_mem_src(&info, data, static_cast<unsigned long>(size));
-    const bool decoded = decodeRows(&info, grey, image);
+    const bool decoded = decodeRows(&info, size, grey, image);
     jpeg_destroy_decompress(&info);
     return decoded;
 }

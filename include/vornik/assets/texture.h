@@ -31,6 +31,10 @@ public:
     bool wrap;            ///< repeat; clamp when false
     char baseDir[256];    ///< directory in front of every name; unset until setBaseDir
     int32_t bitsPerTexel; ///< 32 asks the rasterizer for 8 bits a channel, anything else for 4
+    /// Takes a JPEG or TGA of the same stem for any other kind of image, finds images without the folders of
+    /// their name, and reads more kinds of TGA and sizes that are no power of two. Off unless the load is
+    /// tolerant.
+    bool acceptSubstitutes;
 
     Texture();
     Texture(const Texture&) = default;

@@ -40,6 +40,13 @@ public:
     int getMaterialID(Material* material);
     /// By number; null if there is none.
     Material* getMaterial(int id);
+
+    /// Takes ownership of a malloc block that materials of this list point at: it is freed with the list.
+    void keepColor(Color* color);
+
+private:
+    struct KeptColor;
+    KeptColor* keptColors;
 };
 
 #endif

@@ -1,0 +1,178 @@
+// TGA images, plain and run-length encoded. The file is read whole; what is missing of it leaves pixels black
+// and transparent, and runs end with the image.
+
+#include "vornik/assets/image.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+#include "assets/tga.h"
+#include "platform/file.h"
+#include "vornik/core/errorlog.h"
+
+enum
+{
+    headerSize = 18,
+    plainColor = 2,
+    plainGrey = 3,
+    packedColor = 10,
+    packedGrey = 11,
+    topOrigin = 0x20
+};
+
+struct Stream
+{
+    const uint8_t* current;
+    const uint8_t* end;
+};
+
+struct Header
+{
+    int identificationSize, type, width, height, depth, descriptor;
+};
+
+static Header parseHeader(const uint8_t* bytes, size_t size)
+{
+    uint8_t header[headerSize] = {};
+    std::memcpy(header, bytes, std::min<size_t>(size, headerSize));
+    return {header[0],
+            header[2],
+            header[12] | header[13] << 8,
+            header[14] | header[15] << 8,
+            static_cast<int8_t>(header[16]),
+            header[17]};
+}
+
+// Reads one pixel and stores it as RGBA. @return false at the end of the file
+static bool readPixel(Stream* stream, int bytesPerPixel, uint8_t* rgba)
+{
+    if (stream->end - stream->current < bytesPerPixel)
+        return false;
+    const uint8_t* source = stream->current;
+    stream->current += bytesPerPixel;
+    if (bytesPerPixel == 1)
+    {
+        rgba[0] = rgba[1] = rgba[2] = source[0];
+        rgba[3] = 255;
+        return true;
+    }
+    rgba[0] = source[2];
+    rgba[1] = source[1];
+    rgba[2] = source[0];
+    rgba[3] = bytesPerPixel == 3 ? 255 : source[3];
+    return true;
+}
+
+static void readPlain(Stream* stream, int bytesPerPixel, uint8_t* out, const uint8_t* end)
+{
+    while (out < end && readPixel(stream, bytesPerPixel, out))
+        out += 4;
+}
+
+static void readPacked(Stream* stream, int bytesPerPixel, uint8_t* out, const uint8_t* end)
+{
+    while (out < end && stream->current < stream->end)
+    {
+        const int packet = *stream->current++;
+        const ptrdiff_t room = (end - out) / 4;
+        const ptrdiff_t count = std::min<ptrdiff_t>((packet & 127) + 1, room);
+        if (packet < 128)
+        {
+            readPlain(stream, bytesPerPixel, out, out + count * 4);
+        }
+        else
+        {
+            uint8_t pixel[4];
+            if (!readPixel(stream, bytesPerPixel, pixel))
+                return;
+            for (ptrdiff_t i = 0; i < count; ++i)
+                std::memcpy(out + i * 4, pixel, 4);
+        }
+        out += count * 4;
+    }
+}
+
+static void turnUpsideDown(uint8_t* image, int width, int height)
+{
+    const size_t stride = static_cast<size_t>(width) * 4;
+    for (int y = 0; y < height / 2; ++y)
+        std::swap_ranges(image + static_cast<size_t>(y) * stride,
+                         image + (static_cast<size_t>(y) + 1) * stride,
+                         image + static_cast<size_t>(height - 1 - y) * stride);
+}
+
+static bool isKnownType(const Header& header, TgaReading reading)
+{
+    const bool color = header.type == plainColor || header.type == packedColor;
+    const bool grey = header.type == plainGrey || header.type == packedGrey;
+    return color || (grey && reading == TgaReading::tolerant && header.depth == 8);
+}
+
+// The block for an image of a size, cleared; null if the file can't hold so many pixels.
+static uint8_t* prepareBlock(uint8_t** image, const Header& header, size_t fileSize)
+{
+    const size_t bytes = static_cast<size_t>(header.width) * static_cast<size_t>(header.height) * 4;
+    if (bytes > VRK_IMAGE_BLOCK)
+    {
+        // The best packing makes 128 pixels of a few bytes; a header that claims more than that is made up.
+        if (bytes / 4 / 128 > fileSize)
+            return nullptr;
+        void* larger = std::realloc(*image, bytes);
+        if (!larger)
+            return nullptr;
+        *image = static_cast<uint8_t*>(larger);
+    }
+    std::memset(*image, 0, bytes);
+    return *image;
+}
+
+static int parse(const uint8_t* bytes, size_t size, TgaReading reading, uint8_t** image, int* width,
+                 int* height, int* bytesPerPixel)
+{
+    const Header header = parseHeader(bytes, size);
+    const bool knownType = isKnownType(header, reading);
+    const bool grey = knownType && header.depth == 8;
+    if (header.depth < 24 && !grey)
+        return vrkPutToErrorLog("TGA depth is too low!", 47);
+    // A pixel of more than 4 bytes has no meaning in any type.
+    if (!knownType || header.depth > 32)
+        return vrkPutToErrorLog("Imagetype is unknown!", 48);
+    uint8_t* out = prepareBlock(image, header, size);
+    if (!out)
+        return vrkPutToErrorLog("Imagetype is unknown!", 48);
+
+    *width = header.width;
+    *height = header.height;
+    *bytesPerPixel = grey ? 3 : header.depth / 8;
+
+    const int skipped = reading == TgaReading::tolerant ? header.identificationSize : 0;
+    const size_t begin = std::min<size_t>(headerSize + static_cast<size_t>(skipped), size);
+    Stream stream = {bytes + begin, bytes + size};
+    const uint8_t* end = out + static_cast<size_t>(header.width) * static_cast<size_t>(header.height) * 4;
+    if (header.type == plainColor || header.type == plainGrey)
+        readPlain(&stream, header.depth / 8, out, end);
+    else
+        readPacked(&stream, header.depth / 8, out, end);
+    if (reading == TgaReading::tolerant && header.descriptor & topOrigin)
+        turnUpsideDown(out, header.width, header.height);
+    return 0;
+}
+
+int readTGA(const char* name, TgaReading reading, uint8_t** image, int* width, int* height,
+            int* bytesPerPixel)
+{
+    size_t size = 0;
+    char* file = vrkReadFile(name, 0, &size);
+    if (!file)
+        return vrkPutToErrorLog("File not found!", 46);
+    const int result =
+        parse(reinterpret_cast<const uint8_t*>(file), size, reading, image, width, height, bytesPerPixel);
+    std::free(file);
+    return result;
+}
+
+int loadTGA(const char* name, uint8_t** image, int* width, int* height, int* bytesPerPixel)
+{
+    return readTGA(name, TgaReading::strict, image, width, height, bytesPerPixel);
+}

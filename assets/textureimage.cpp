@@ -3,6 +3,7 @@
 #include "vornik/assets/texture.h"
 
 #include <cmath>
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
 #include <limits>

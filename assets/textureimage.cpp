@@ -6,7 +6,6 @@
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
-#include <limits>
 
 static uint8_t toByte(int64_t value)
 {

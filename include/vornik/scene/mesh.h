@@ -127,6 +127,22 @@ public:
     /// Takes two list names from OpenGL. @return 0 or 43, logged
     int createDisplayList();
     void destroyDisplayList();
+
+private:
+    // The matrix behind calculatedVertex, with what it was built from.
+    struct WorldMatrix
+    {
+        double elements[16];
+        Vertex3D position, pivot;
+        Vertex4D rotation;
+        int32_t rasterizer;
+        const void* context;
+        bool built;
+    };
+    WorldMatrix worldMatrix;
+
+    const double* currentWorldMatrix();
+    void detachArrays();
 };
 
 #endif

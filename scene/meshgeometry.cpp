@@ -1,0 +1,215 @@
+// What is derived from a mesh's vertices: place, normals, radius, world and window positions.
+
+#include "vornik/scene/mesh.h"
+
+#include <cfloat>
+#include <cstring>
+#include <vector>
+
+#include <GL/gl.h>
+#include <GL/glu.h>
+
+#include "scene/statictransform.h"
+#include "vornik/rasterizer/startup.h"
+#include "vornik/rasterizer/state.h"
+
+void Mesh::center()
+{
+    if (!originalVertices)
+        return;
+    Vertex3D low = {9999999.0f, 9999999.0f, 9999999.0f};
+    Vertex3D high = {-9999999.0f, -9999999.0f, -9999999.0f};
+    for (int i = 0; i < vertexCount; ++i)
+    {
+        const Vertex3D& v = originalVertices[i];
+        low = {v.x < low.x ? v.x : low.x, v.y < low.y ? v.y : low.y, v.z < low.z ? v.z : low.z};
+        high = {v.x > high.x ? v.x : high.x, v.y > high.y ? v.y : high.y, v.z > high.z ? v.z : high.z};
+    }
+    Vertex3D middle = low + high;
+    middle *= 0.5f;
+    for (int i = 0; i < vertexCount; ++i)
+        originalVertices[i] -= middle;
+    position = middle;
+}
+
+void Mesh::restoreToWorldCoordinates()
+{
+    for (int i = 0; originalVertices && calculatedVertices && i < vertexCount; ++i)
+    {
+        originalVertices[i] += position;
+        calculatedVertices[i] += position;
+    }
+    position = {0.0f, 0.0f, 0.0f};
+}
+
+// Divides by the length. A length of 0 counts as the smallest normal float, which leaves the zero vector as
+// it is.
+static void toUnitLength(Vertex3D* v)
+{
+    vrkNormalize(v);
+}
+
+// Faces are walked once and add to their corners in face order, so every sum has the terms of a scan of all
+// faces for each vertex, in the same order.
+void Mesh::calcNormals()
+{
+    if (!faces || !originalVertices || !originalNormals)
+        return;
+    const size_t vertices = static_cast<size_t>(vertexCount);
+    std::vector<Vertex3D> sums(vertices, Vertex3D{0.0f, 0.0f, 0.0f});
+    std::vector<int> counts(vertices, 0);
+    const auto add = [&](uint16_t vertex, const Vertex3D& normal)
+    {
+        sums[vertex] += normal;
+        ++counts[vertex];
+    };
+
+    for (int i = 0; i < faceCount; ++i)
+    {
+        const Facelist& face = faces[i];
+        if (face.a >= vertexCount || face.b >= vertexCount || face.c >= vertexCount)
+            continue;
+        const Vertex3D& a = originalVertices[face.a];
+        Vertex3D normal = (originalVertices[face.b] - a) ^ (originalVertices[face.c] - a);
+        toUnitLength(&normal);
+        add(face.a, normal);
+        if (face.b != face.a)
+            add(face.b, normal);
+        if (face.c != face.a && face.c != face.b)
+            add(face.c, normal);
+    }
+
+    for (size_t i = 0; i < vertices; ++i)
+    {
+        if (counts[i] == 0)
+            continue;
+        Vertex3D normal = sums[i];
+        normal /= static_cast<float>(counts[i]);
+        toUnitLength(&normal);
+        originalNormals[i] = normal;
+    }
+}
+
+void Mesh::calcEdgeNormals()
+{
+    if (!faces || !edgeNormals || !calculatedVertices)
+        return;
+    for (int i = 0; i < faceCount; ++i)
+    {
+        const Vertex3D a = calculatedVertex(faces[i].a);
+        const Vertex3D b = calculatedVertex(faces[i].b);
+        const Vertex3D c = calculatedVertex(faces[i].c);
+        const Vertex3D normal = calcNormal(&a, &b, &c);
+        EdgeNormal& result = edgeNormals[i];
+        result.edgeNormal[0] = (b - a) ^ normal;
+        result.edgeNormal[1] = (c - b) ^ normal;
+        result.edgeNormal[2] = (a - c) ^ normal;
+        for (Vertex3D& edge : result.edgeNormal)
+            edge.normalize();
+        for (int corner = 0; corner < 3; ++corner)
+        {
+            result.cornerNormal[corner] = result.edgeNormal[corner] + result.edgeNormal[(corner + 1) % 3];
+            result.cornerNormal[corner].normalize();
+        }
+    }
+}
+
+void Mesh::calcRadius()
+{
+    const Vertex3D origin = {0.0f, 0.0f, 0.0f};
+    radius = FLT_MIN;
+    for (int i = 0; calculatedVertices && i < vertexCount; ++i)
+    {
+        const float distance = vrkDistance(&origin, &calculatedVertices[i]);
+        if (distance > radius)
+            radius = distance;
+    }
+}
+
+void Mesh::originalToCalculated()
+{
+    if (!originalVertices || !calculatedVertices || !originalNormals || !calculatedNormals)
+        return;
+    const size_t bytes = sizeof(Vertex3D) * static_cast<size_t>(vertexCount);
+    std::memcpy(static_cast<void*>(calculatedVertices), originalVertices, bytes);
+    std::memcpy(static_cast<void*>(calculatedNormals), originalNormals, bytes);
+}
+
+void Mesh::calcWindowCoords()
+{
+    double modelView[16], projection[16];
+    int viewport[4];
+    if (vrkGetRasterizer() != 0 || !originalVertices || !calculatedVertices)
+        return;
+    vrkGetModelViewMatrix(modelView);
+    vrkGetProjectionMatrix(projection);
+    vrkGetViewportMatrix(viewport);
+    for (int i = 0; i < vertexCount; ++i)
+    {
+        const Vertex3D& v = originalVertices[i];
+        double x = 0.0, y = 0.0, z = 0.0;
+        gluProject(v.x, v.y, v.z, modelView, projection, viewport, &x, &y, &z);
+        calculatedVertices[i] = {static_cast<float>(x), static_cast<float>(y), static_cast<float>(z)};
+    }
+}
+
+// The static transform as the rasterizer computes it. It is asked anew only when the mesh, the rasterizer or
+// its context has changed; without a running rasterizer it is the identity.
+const double* Mesh::currentWorldMatrix()
+{
+    WorldMatrix& kept = worldMatrix;
+    const void* context = VRK_hGLRC;
+    const bool same = kept.built && kept.rasterizer == vrkSelectedRasterizer && kept.context == context &&
+                      std::memcmp(&kept.position, &position, sizeof position) == 0 &&
+                      std::memcmp(&kept.pivot, &pivot, sizeof pivot) == 0 &&
+                      std::memcmp(&kept.rotation, &rotation, sizeof rotation) == 0;
+    if (same)
+        return kept.elements;
+
+    for (int i = 0; i < 16; ++i)
+        kept.elements[i] = i % 5 == 0 ? 1.0 : 0.0;
+    if (context || vrkSelectedRasterizer != 0)
+    {
+        vrkPushMatrix();
+        vrkInitMatrix();
+        applyStaticTransform(*this);
+        vrkGetModelViewMatrix(kept.elements);
+        vrkPopMatrix();
+    }
+    kept.position = position;
+    kept.pivot = pivot;
+    kept.rotation = rotation;
+    kept.rasterizer = vrkSelectedRasterizer;
+    kept.context = context;
+    kept.built = true;
+    return kept.elements;
+}
+
+static Vertex3D rotated(const double* m, const Vertex3D& v)
+{
+    return {static_cast<float>(m[0] * v.x + m[4] * v.y + m[8] * v.z),
+            static_cast<float>(m[1] * v.x + m[5] * v.y + m[9] * v.z),
+            static_cast<float>(m[2] * v.x + m[6] * v.y + m[10] * v.z)};
+}
+
+static Vertex3D transformed(const double* m, const Vertex3D& v)
+{
+    return {static_cast<float>(m[0] * v.x + m[4] * v.y + m[8] * v.z + m[12]),
+            static_cast<float>(m[1] * v.x + m[5] * v.y + m[9] * v.z + m[13]),
+            static_cast<float>(m[2] * v.x + m[6] * v.y + m[10] * v.z + m[14])};
+}
+
+Vertex3D Mesh::calculatedVertex(int i)
+{
+    if (i < 0 || i >= vertexCount || !calculatedVertices)
+        return {0.0f, 0.0f, 0.0f};
+    return transformed(currentWorldMatrix(), calculatedVertices[i]);
+}
+
+void Mesh::calculatedVertex(int i, Vertex3D* vertex, Vertex3D* normal)
+{
+    *vertex = calculatedVertex(i);
+    *normal = {0.0f, 0.0f, 0.0f};
+    if (i >= 0 && i < vertexCount && calculatedNormals)
+        *normal = rotated(currentWorldMatrix(), calculatedNormals[i]);
+}

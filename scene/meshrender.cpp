@@ -1,0 +1,268 @@
+// The passes that draw a mesh on OpenGL. Each walks the ranges of faces with one material, so a range is the
+// unit of a state change, and leaves the resting state behind: culling and texturing on, smooth, depth test
+// less-or-equal, depth writes on.
+
+#include "vornik/scene/mesh.h"
+
+#include "vornik/assets/texture.h"
+#include "vornik/assets/tlist.h"
+#include "vornik/core/errorlog.h"
+#include "vornik/rasterizer/faces.h"
+#include "vornik/rasterizer/startup.h"
+#include "vornik/rasterizer/state.h"
+#include "vornik/rasterizer/texture.h"
+#include "vornik/scene/material.h"
+#include "vornik/scene/renderflags.h"
+
+static bool hasAlphaTexture(const Material& material)
+{
+    return material.firstTexture && material.firstTexture->environment == VRK_DECAL;
+}
+
+static bool isTransparent(const Material& material)
+{
+    return material.transparency != 0.0f || hasAlphaTexture(material);
+}
+
+// Calls use(range, material) for each range whose material can be found.
+template <typename Use>
+static void forEachRange(const Mesh& mesh, TList* list, Use use)
+{
+    if (!list || !mesh.faceMaterials)
+        return;
+    for (int i = 0; i < mesh.materialFaces->count; ++i)
+    {
+        const MaterialFaceRange& range = mesh.materialFaces->ranges[i];
+        Material* material = list->getMaterial(mesh.faceMaterials[range.first].materialIndex);
+        if (material)
+            use(range, *material);
+    }
+}
+
+static void submitWire(Mesh& mesh, const MaterialFaceRange& range)
+{
+    vrkRenderWire(mesh.vertexColors, mesh.textureCoords, mesh.calculatedVertices, mesh.calculatedNormals,
+                  mesh.faces, reinterpret_cast<const char*>(mesh.faceFlags), range.first, range.last);
+}
+
+// Hands a range over in the form that flags and material ask for.
+static void submit(Mesh& mesh, const Material& material, const MaterialFaceRange& range, int flags)
+{
+    if (flags & VRK_RENDER_WIRE || material.wire)
+        submitWire(mesh, range);
+    else if (flags & VRK_RENDER_BASIC)
+        vrkRenderBasic(mesh.vertexColors, mesh.textureCoords, mesh.calculatedVertices, mesh.calculatedNormals,
+                       mesh.faces, range.first, range.last);
+    else
+        vrkRenderList(mesh.vertexColors, mesh.textureCoords, mesh.calculatedVertices, mesh.calculatedNormals,
+                      mesh.faces, range.first, range.last);
+}
+
+static void submitReflection(Mesh& mesh, const Material& material, const MaterialFaceRange& range, int flags)
+{
+    if (!material.reflectionTexture || material.wire || flags & VRK_RENDER_WIRE)
+        return;
+    vrkSetTexture(material.reflectionTexture);
+    vrkEnable(VRK_BLEND);
+    vrkBlendFunc(VRK_SRC_ALPHA, VRK_DST_ALPHA);
+    vrkDepthFunc(VRK_EQUAL);
+    vrkDepthMask(VRK_FALSE);
+    vrkRenderReflection(mesh.vertexColors, mesh.calculatedVertices, mesh.calculatedNormals, mesh.faces,
+                        range.first, range.last, 0.5f);
+    vrkDisable(VRK_BLEND);
+    vrkDepthFunc(VRK_LEQUAL);
+    vrkDepthMask(VRK_TRUE);
+}
+
+static void beginStyle(int flags)
+{
+    if (flags & VRK_RENDER_FLAT)
+        vrkShadeModel(VRK_FLAT);
+    if (flags & VRK_RENDER_NOTEXTURE)
+        vrkDisable(VRK_TEXTURE_2D);
+}
+
+static void endStyle(int flags)
+{
+    if (flags & VRK_RENDER_FLAT)
+        vrkShadeModel(VRK_SMOOTH);
+    if (flags & VRK_RENDER_NOTEXTURE)
+        vrkEnable(VRK_TEXTURE_2D);
+}
+
+// Switches culling off for the faces that show both sides and on again when it goes.
+class Culling
+{
+public:
+    Culling(const Material& material, int flags) : off(flags & VRK_RENDER_TWOSIDED || material.twoSided)
+    {
+        if (off)
+            vrkDisable(VRK_CULL_FACE);
+    }
+    Culling(const Culling&) = delete;
+    Culling& operator=(const Culling&) = delete;
+    ~Culling()
+    {
+        if (off)
+            vrkEnable(VRK_CULL_FACE);
+    }
+
+private:
+    bool off;
+};
+
+// The material's transparency becomes the alpha of every corner. A vertex shared with other ranges keeps the
+// last.
+static void writeAlpha(Mesh& mesh, const MaterialFaceRange& range, float alpha)
+{
+    for (int i = range.first; i <= range.last; ++i)
+        for (const uint16_t corner : {mesh.faces[i].a, mesh.faces[i].b, mesh.faces[i].c})
+            if (corner < mesh.vertexCount)
+                mesh.vertexColors[corner].a = alpha;
+}
+
+// Draws an opaque range; one whose texture has alpha belongs to the transparent passes.
+static void submitSolid(Mesh& mesh, const Material& material, const MaterialFaceRange& range, int flags)
+{
+    if (hasAlphaTexture(material))
+        return;
+    if (material.firstTexture)
+        vrkSetTexture(material.firstTexture);
+    else
+        vrkDisable(VRK_TEXTURE_2D);
+    submit(mesh, material, range, flags);
+    if (!material.firstTexture)
+        vrkEnable(VRK_TEXTURE_2D);
+}
+
+int Mesh::renderNonTransparent(int flags, TList* list)
+{
+    if (!materialFaces)
+        return 0;
+    vrkDisable(VRK_BLEND);
+    beginStyle(flags);
+    if (flags & VRK_RENDER_COMPILE_LIST)
+        vrkNewList(static_cast<int>(displayList), VRK_COMPILE);
+
+    if (flags & VRK_RENDER_CALL_LIST)
+        vrkCallList(static_cast<int>(displayList));
+    else
+        forEachRange(*this, list,
+                     [&](const MaterialFaceRange& range, const Material& material)
+                     {
+                         const Culling culling(material, flags);
+                         if (material.transparency != 0.0f)
+                             return;
+                         submitSolid(*this, material, range, flags);
+                         // Also for a texture with alpha: its reflection lies on faces drawn by a later pass.
+                         submitReflection(*this, material, range, flags);
+                     });
+
+    if (flags & VRK_RENDER_COMPILE_LIST)
+        vrkEndList();
+    endStyle(flags);
+    return 0;
+}
+
+int Mesh::renderTransparentImmediately(int flags, TList* list)
+{
+    if (!materialFaces)
+        return 0;
+    vrkEnable(VRK_BLEND);
+    vrkBlendFunc(VRK_SRC_ALPHA, VRK_ONE_MINUS_SRC_ALPHA);
+    beginStyle(flags);
+    if (flags & VRK_RENDER_COMPILE_LIST)
+        vrkNewList(static_cast<int>(transparentDisplayList), VRK_COMPILE);
+
+    if (flags & VRK_RENDER_CALL_LIST)
+        vrkCallList(static_cast<int>(transparentDisplayList));
+    else
+        forEachRange(*this, list,
+                     [&](const MaterialFaceRange& range, const Material& material)
+                     {
+                         const Culling culling(material, flags);
+                         if (!isTransparent(material))
+                             return;
+                         // Anew for each range, since a reflection changes them. It also switches blending
+                         // off, and that stays: ranges behind a reflection are drawn without blending.
+                         vrkBlendFunc(VRK_SRC_ALPHA, VRK_ONE_MINUS_SRC_ALPHA);
+                         vrkDepthFunc(VRK_LEQUAL);
+                         writeAlpha(*this, range, material.transparency);
+                         vrkSetTexture(material.firstTexture);
+                         submit(*this, material, range, flags);
+                         submitReflection(*this, material, range, flags);
+                         vrkDepthFunc(VRK_LEQUAL);
+                     });
+
+    if (flags & VRK_RENDER_COMPILE_LIST)
+        vrkEndList();
+    endStyle(flags);
+    return 0;
+}
+
+int Mesh::renderEffect(int flags, TList* list)
+{
+    if (!materialFaces)
+        return 0;
+    vrkEnable(VRK_BLEND);
+    vrkDepthFunc(VRK_EQUAL);
+    vrkDepthMask(VRK_FALSE);
+    beginStyle(flags);
+
+    if (flags & VRK_RENDER_CALL_LIST)
+        vrkCallList(static_cast<int>(displayList));
+    else
+        forEachRange(*this, list,
+                     [&](const MaterialFaceRange& range, const Material& material)
+                     {
+                         const Culling culling(material, flags);
+                         if (hasAlphaTexture(material))
+                             return;
+                         if (material.firstTexture)
+                             vrkSetTexture(material.firstTexture);
+                         submit(*this, material, range, flags);
+                     });
+
+    endStyle(flags);
+    vrkDisable(VRK_BLEND);
+    vrkDepthFunc(VRK_LEQUAL);
+    vrkDepthMask(VRK_TRUE);
+    return 0;
+}
+
+int Mesh::render(int flags, TList* list)
+{
+    if (vrkGetRasterizer() != 0 || !visible)
+        return 0;
+    int result = 0;
+    if (flags & VRK_RENDER_SOLID)
+        result = renderNonTransparent(flags, list);
+    if (flags & VRK_RENDER_TRANSPARENT_NOW)
+        result = renderTransparentImmediately(flags, list);
+    if (flags & VRK_RENDER_EFFECT)
+        result = renderEffect(flags, list);
+    return result;
+}
+
+int Mesh::createDisplayList()
+{
+    if (vrkGetRasterizer() != 0)
+        return 0;
+    for (uint32_t* list : {&displayList, &transparentDisplayList})
+    {
+        *list = static_cast<uint32_t>(vrkGenLists(1));
+        if (*list == 0)
+            return vrkPutToErrorLog(
+                "Cannot create displaylists, displaylists are all used (possible OpenGL error)!", 43);
+    }
+    return 0;
+}
+
+void Mesh::destroyDisplayList()
+{
+    if (vrkGetRasterizer() != 0 || displayList == 0)
+        return;
+    vrkDeleteLists(static_cast<int>(displayList), 1);
+    vrkDeleteLists(static_cast<int>(transparentDisplayList), 1);
+    displayList = transparentDisplayList = 0;
+}

@@ -4,6 +4,8 @@
 
 #include "vornik/scene/mesh.h"
 
+#include <initializer_list>
+
 #include "vornik/assets/texture.h"
 #include "vornik/assets/tlist.h"
 #include "vornik/core/errorlog.h"

@@ -1,0 +1,222 @@
+// The scene loader: one pass over the chunks of a .3DS file, then passes over what it made.
+
+#include "vornik/assets/load3ds.h"
+
+#include <limits.h>
+#include <string.h>
+
+#include <memory>
+
+#include "assets/chunkwalk.h"
+#include "assets/loadmaterials.h"
+#include "platform/file.h"
+#include "vornik/assets/loader.h"
+#include "vornik/assets/read3dsmaterial.h"
+#include "vornik/assets/read3dsobject.h"
+#include "vornik/assets/texture.h"
+#include "vornik/assets/tlist.h"
+#include "vornik/core/errorlog.h"
+#include "vornik/core/memory.h"
+#include "vornik/scene/material.h"
+#include "vornik/scene/mesh.h"
+#include "vornik/scene/object.h"
+#include "vornik/scene/ogroup.h"
+
+using Progress = void (*)(float);
+
+static void report(Progress progress, float fraction)
+{
+    if (progress)
+        progress(fraction);
+}
+
+// The file in one block with the padding of a Loader behind it; null if it can't be had.
+static char* readFile(const char* fileName, int flags, int* size)
+{
+    if (!fileName || strlen(fileName) < 2)
+        return nullptr;
+    if (flags & LOAD_FROM_PACK) // no pack can be opened
+        return nullptr;
+    size_t bytes = 0;
+    char* block = vrkReadFile(fileName, VRK_LOADER_PADDING, &bytes);
+    if (block && bytes > INT_MAX - VRK_LOADER_PADDING)
+        vrkFree(&block);
+    *size = static_cast<int>(bytes);
+    return block;
+}
+
+// The chunks of the whole file. Sections are entered rather than read, so that their children, and in the
+// strict reading also what a reader left over, come up here.
+static void walkChunks(OGroup* group, int flags, int size, Progress progress)
+{
+    ChunkWalk walk(INT64_MAX, 0);
+    while (walk.next())
+    {
+        const int length = static_cast<int>(walk.childLength());
+        switch (vrkLoader.chunkID)
+        {
+        case 0x3D3D:
+            walk.enter(0);
+            break;
+        case 0x4000:
+            read3dsObject(length, group, flags);
+            break;
+        case 0xAFFF:
+            if (flags & LOAD_MATERIALS)
+                read3dsMaterial(length, flags);
+            else
+                walk.skip();
+            break;
+        default:
+            walk.skip();
+        }
+        walk.leave();
+        report(progress,
+               static_cast<float>(vrkLoader.current - vrkLoader.data) / static_cast<float>(size) * 0.5f);
+    }
+}
+
+// Images of lists are numbered behind the list's own name.
+static void loadFrame(Texture* texture, int frame, int flags)
+{
+    texture->loadTexture(texture->frameCount > 1 ? frame + 1 : frame,
+                         flags & LOAD_TEXTURE_HALF ? 0.5f : 1.0f);
+    if (flags & LOAD_TEXTURE_MODIFIER)
+        texture->multiply();
+}
+
+// The first texture with the opacity map folded in. The other maps get no image.
+static void loadImages(Material* material, int flags)
+{
+    Texture* texture = material->firstTexture;
+    Texture* opacity = material->opacityTexture;
+    texture->extractNames();
+    if (opacity)
+        opacity->extractNames();
+    for (int frame = 0; frame < texture->frameCount; frame++)
+    {
+        loadFrame(texture, frame, flags);
+        if (opacity)
+        {
+            loadFrame(opacity, frame, flags);
+            material->calcAlpha();
+            vrkFree(reinterpret_cast<char**>(&opacity->pixels));
+        }
+        if (texture->pixels)
+            texture->uploadTexture(frame);
+    }
+}
+
+static void texturePass(TList* list, int flags, Progress progress)
+{
+    // 0 for a list of just the default material: the fraction is then no number.
+    const auto last = static_cast<float>(list->seekLastMaterial()->id);
+    int done = 0;
+    for (Material* material = list->first; material; material = material->next)
+    {
+        if (material->firstTexture)
+            loadImages(material, flags);
+        report(progress, static_cast<float>(done++) / last * 0.2f + 0.5f);
+    }
+    for (Material* material = list->first; material; material = material->next)
+    {
+        if (!material->firstTexture)
+            material->makeTextureFromColor();
+    }
+}
+
+static void finishMesh(Mesh* mesh, int flags)
+{
+    if (flags & LOAD_SMOOTHING)
+        mesh->prepareSmoothing();
+    mesh->center();
+    mesh->calcNormals();
+    mesh->originalToCalculated();
+    mesh->calcRadius();
+    mesh->sortFacesByMaterial();
+    mesh->calcEdgeNormals();
+    mesh->createDisplayList();
+}
+
+// All meshes of the group, also those of earlier loads.
+static void meshPass(OGroup* group, int flags, Progress progress)
+{
+    if ((flags & LOAD_COMBINE) && group->meshCount > 0)
+        group->closeCombine(0.5f);
+    for (int i = 0; i < group->meshCount; i++)
+    {
+        finishMesh(group->meshes[i], flags);
+        report(progress, static_cast<float>(i) / static_cast<float>(group->meshCount) * 0.2f + 0.7f);
+    }
+}
+
+// Objects without a node have parent number 0, which the first object without a node answers to.
+static void hierarchyPass(OGroup* group)
+{
+    for (int i = 0; i < group->meshCount; i++)
+        group->meshes[i]->parent = group->findObject(group->meshes[i]->parentId);
+    for (int i = 0; i < group->lightCount; i++)
+        group->lights[i]->parent = group->findObject(group->lights[i]->parentId);
+    for (int i = 0; i < group->cameraCount; i++)
+        group->cameras[i]->parent = group->findObject(group->cameras[i]->parentId);
+}
+
+static void runPasses(OGroup* group, int flags, Progress progress)
+{
+    if (flags & LOAD_MATERIALS)
+        texturePass(loaderMaterials, flags, progress);
+    report(progress, 0.7f);
+    if (flags & LOAD_MESHES)
+        meshPass(group, flags, progress);
+    report(progress, 0.9f);
+    if (flags & LOAD_KEYFRAMES)
+        hierarchyPass(group);
+    report(progress, 0.95f);
+    report(progress, 1.0f);
+}
+
+// A list that a full group doesn't take lives for the load only.
+static std::unique_ptr<TList> makeMaterialList(OGroup* group, const char* materialDirectory)
+{
+    auto list = std::make_unique<TList>();
+    list->setBaseDirectory(materialDirectory ? materialDirectory : "");
+    beginMaterials(list.get());
+    if (group->addTList(list.get()) == 0)
+        list.release();
+    return list;
+}
+
+int load3ds(const char* fileName, OGroup* group, const char* materialDirectory, int flags, Progress progress,
+            const char* packName)
+{
+    (void)packName; // read only with LOAD_FROM_PACK
+    beginMaterials(nullptr);
+    loaderTolerant = (flags & LOAD_TOLERANT) != 0;
+    vrkPutToErrorLog("Start loading...", 50);
+
+    int size = 0;
+    char* block = readFile(fileName, flags, &size);
+    if (!block)
+        return vrkPutToErrorLog("Cannot open .3DS file (possible disk error)", 13);
+    vrkLoader.initData(block, size);
+    if (!vrkLoader.checkFormat())
+    {
+        vrkLoader.atEnd = true;
+        vrkFree(&block);
+        return vrkPutToErrorLog("3DS file expected but something else encountered", 14);
+    }
+
+    std::unique_ptr<TList> untaken;
+    if (flags & LOAD_MATERIALS)
+        untaken = makeMaterialList(group, materialDirectory);
+    vrkPutToErrorLog("Start processing...", 50);
+    walkChunks(group, flags, size, progress);
+    endMaterials();
+    vrkLoader.atEnd = true;
+    vrkFree(&block);
+
+    runPasses(group, flags, progress);
+    if (untaken)
+        loaderMaterials = nullptr;
+    return 0;
+}

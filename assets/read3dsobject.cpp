@@ -1,0 +1,346 @@
+// Object chunks of a .3DS file: meshes, lights and cameras.
+
+#include "vornik/assets/read3dsobject.h"
+
+#include <math.h>
+#include <stdlib.h>
+
+#include <algorithm>
+#include <memory>
+
+#include "assets/chunkwalk.h"
+#include "assets/loadmaterials.h"
+#include "vornik/assets/load3ds.h"
+#include "vornik/assets/loader.h"
+#include "vornik/assets/read3dsmaterial.h"
+#include "vornik/core/memory.h"
+#include "vornik/scene/material.h"
+#include "vornik/scene/mesh.h"
+#include "vornik/scene/object.h"
+#include "vornik/scene/ogroup.h"
+
+namespace
+{
+
+// For objects that no group took: their names are nobody else's yet.
+struct Discard
+{
+    template <class T>
+    void operator()(T* object) const
+    {
+        vrkFree(&object->name);
+        delete object;
+    }
+};
+
+template <class T>
+using Spare = std::unique_ptr<T, Discard>;
+
+// What one object chunk has become so far. Its children are read by one flat walk: mesh, light, camera and
+// face list are entered, and what stands inside them comes up in the same walk.
+class ObjectReader
+{
+public:
+    ObjectReader(int chunkLength, OGroup* target, int loadFlags, const char* objectName, int nameBytes)
+        : group(target), flags(loadFlags), name(objectName),
+          walk(chunkLength, static_cast<int64_t>(nameBytes) + 6)
+    {
+    }
+
+    void read();
+
+private:
+    void readPart();
+    void beginMesh();
+    void finishMesh();
+    void readVertices();
+    void readFaces();
+    void readFaceMaterials();
+    void readTextureCoords();
+    void readSmoothing();
+    void beginLight();
+    void finishLight();
+    void readLightColor();
+    void readCamera();
+
+    OGroup* group;
+    int flags;
+    const char* name;
+    ChunkWalk walk;
+    bool hidden = false;
+    Mesh* mesh = nullptr;
+    Light* light = nullptr;
+    float multiplier = 1.0f; // of the light; used by the tolerant reading
+    bool lightHasColor = false;
+    Spare<Mesh> spareMesh; // the current ones, where the group didn't take them
+    Spare<Light> spareLight;
+};
+
+} // namespace
+
+static Vertex3D readVector()
+{
+    Vertex3D v;
+    v.x = vrkLoader.getFloat();
+    v.y = vrkLoader.getFloat();
+    v.z = vrkLoader.getFloat();
+    return v;
+}
+
+static int readCount()
+{
+    return static_cast<uint16_t>(vrkLoader.getShort());
+}
+
+static bool isFinite(const Vertex3D& v)
+{
+    return isfinite(v.x) && isfinite(v.y) && isfinite(v.z);
+}
+
+// Some modellers write vertices that are no numbers, which no face uses. They would spoil every bounding box.
+static void mendVertices(Mesh* mesh)
+{
+    Vertex3D* end = mesh->originalVertices + mesh->vertexCount;
+    const Vertex3D* good = std::find_if(mesh->originalVertices, end, isFinite);
+    const Vertex3D replacement = good == end ? Vertex3D{0, 0, 0} : *good;
+    std::replace_if(
+        mesh->originalVertices, end, [](const Vertex3D& v) { return !isFinite(v); }, replacement);
+}
+
+// A face with a corner that doesn't exist shrinks to a point; without any vertex there are no faces.
+static void mendFaces(Mesh* mesh)
+{
+    if (mesh->vertexCount == 0 && mesh->faceCount > 0)
+        mesh->createFaces(0);
+    for (int i = 0; i < mesh->faceCount; i++)
+    {
+        const Facelist& face = mesh->faces[i];
+        if (std::max({face.a, face.b, face.c}) >= mesh->vertexCount)
+            mesh->faces[i] = {0, 0, 0};
+    }
+}
+
+void ObjectReader::read()
+{
+    while (walk.next())
+        readPart();
+    finishMesh();
+    finishLight();
+}
+
+void ObjectReader::readPart()
+{
+    switch (vrkLoader.chunkID)
+    {
+    case 0x4010: // stands in front of the object that it hides
+        hidden = true;
+        walk.enter(6);
+        return;
+    case 0x4100:
+        return beginMesh();
+    case 0x4110:
+        return readVertices();
+    case 0x4120:
+        return readFaces();
+    case 0x4130:
+        return readFaceMaterials();
+    case 0x4140:
+        return readTextureCoords();
+    case 0x4150:
+        return readSmoothing();
+    case 0x4160: // the vertices are in world coordinates already
+        for (int i = 0; i < 12; i++)
+            vrkLoader.getFloat();
+        return;
+    case 0x4600:
+        return beginLight();
+    case 0x4659:
+    case 0x465A:
+        if (!light)
+            return walk.skip();
+        (vrkLoader.chunkID == 0x4659 ? light->innerRange : light->outerRange) = vrkLoader.getFloat();
+        return;
+    case 0x4700:
+        return readCamera();
+    default:
+        if (light && loaderTolerant)
+            readLightColor();
+        else
+            walk.skip();
+    }
+}
+
+void ObjectReader::beginMesh()
+{
+    finishMesh();
+    mesh = new Mesh;
+    mesh->visible = !hidden;
+    mesh->setName(name);
+    if (!(flags & LOAD_MESHES) || group->addMesh(mesh) != 0)
+        spareMesh.reset(mesh);
+    walk.enter(6);
+}
+
+void ObjectReader::finishMesh()
+{
+    if (mesh)
+    {
+        if (loaderTolerant)
+            mendVertices(mesh);
+        mendFaces(mesh);
+    }
+    spareMesh.reset();
+    mesh = nullptr;
+}
+
+void ObjectReader::readVertices()
+{
+    if (!mesh)
+        return walk.skip();
+    const int count = ChunkWalk::clip(readCount(), 12);
+    mesh->createVertices(count);
+    for (int i = 0; i < count; i++)
+        mesh->originalVertices[i] = readVector();
+}
+
+void ObjectReader::readFaces()
+{
+    if (!mesh)
+        return walk.skip();
+    const int count = readCount();
+    mesh->createFaces(ChunkWalk::clip(count, 8));
+    for (int i = 0; i < mesh->faceCount; i++)
+    {
+        mesh->faces[i].a = static_cast<uint16_t>(vrkLoader.getShort());
+        mesh->faces[i].b = static_cast<uint16_t>(vrkLoader.getShort());
+        mesh->faces[i].c = static_cast<uint16_t>(vrkLoader.getShort());
+        mesh->faceFlags[i] = static_cast<uint8_t>(vrkLoader.getShort());
+    }
+    walk.enter(8 * static_cast<int64_t>(count) + 8);
+}
+
+void ObjectReader::readFaceMaterials()
+{
+    char material[256] = "";
+    if (!mesh)
+        return walk.skip();
+    vrkLoader.getString(material, sizeof(material));
+    int id = 0;
+    if (loaderMaterials)
+    {
+        const Material* found = findLoadedMaterial(material);
+        if (!found)
+            found = findLoadedMaterial("VRKDefault");
+        id = found ? found->id : 0;
+    }
+    // Signed for hosts of old, to whom a list of more than 32,767 faces is empty.
+    const int count = loaderTolerant ? ChunkWalk::clip(readCount(), 2) : vrkLoader.getShort();
+    for (int i = 0; i < count; i++)
+    {
+        const int face = loaderTolerant ? readCount() : vrkLoader.getShort();
+        if (face >= 0 && face < mesh->faceCount)
+            mesh->faceMaterials[face].materialIndex = id;
+    }
+}
+
+void ObjectReader::readTextureCoords()
+{
+    if (!mesh)
+        return walk.skip();
+    const int count = ChunkWalk::clip(readCount(), 8);
+    for (int i = 0; i < count; i++)
+    {
+        Vertex2D coords;
+        coords.x = vrkLoader.getFloat();
+        coords.y = vrkLoader.getFloat();
+        if (i < mesh->vertexCount)
+            mesh->textureCoords[i] = coords;
+    }
+}
+
+void ObjectReader::readSmoothing()
+{
+    if (!mesh)
+        return walk.skip();
+    const int count = ChunkWalk::clip(mesh->faceCount, 4);
+    for (int i = 0; i < count; i++)
+        mesh->smoothingGroups[i] = static_cast<uint32_t>(vrkLoader.getInt());
+}
+
+void ObjectReader::beginLight()
+{
+    finishLight();
+    light = new Light;
+    light->visible = !hidden;
+    light->setName(name);
+    if (!(flags & LOAD_LIGHTS) || group->addLight(light) != 0)
+        spareLight.reset(light);
+    light->location = readVector();
+    walk.enter(18);
+    if (loaderTolerant)
+    {
+        light->color = {1, 1, 1, 1};
+        return;
+    }
+    vrkLoader.getChunkID();
+    walk.count(vrkLoader.chunkLength);
+    Color* color = read3dsColor();
+    light->color = *color;
+    free(color);
+}
+
+// What else the tolerant reading takes of a light: its first colour, wherever it stands, and its strength.
+void ObjectReader::readLightColor()
+{
+    const uint16_t id = vrkLoader.chunkID;
+    if (id == 0x4620) // switched off
+        multiplier = 0.0f;
+    else if (id == 0x465B)
+        multiplier *= vrkLoader.getFloat();
+    else if (id >= 0x0010 && id <= 0x0013 && !lightHasColor)
+    {
+        Color* color = read3dsColor();
+        light->color = *color;
+        free(color);
+        lightHasColor = true;
+    }
+}
+
+void ObjectReader::finishLight()
+{
+    if (light && isfinite(multiplier))
+    {
+        light->color.r *= multiplier;
+        light->color.g *= multiplier;
+        light->color.b *= multiplier;
+    }
+    multiplier = 1.0f;
+    lightHasColor = false;
+    spareLight.reset();
+    light = nullptr;
+}
+
+void ObjectReader::readCamera()
+{
+    auto* camera = new Camera;
+    camera->visible = !hidden;
+    camera->setName(name);
+    Spare<Camera> spare;
+    if (!(flags & LOAD_CAMERAS) || group->addCamera(camera) != 0)
+        spare.reset(camera);
+    camera->eye = readVector();
+    camera->target = readVector();
+    camera->roll = vrkLoader.getFloat();
+    camera->lens = vrkLoader.getFloat();
+    camera->calcFOV();
+    // Its children are counted once more as they come up, so that the walk may end among them.
+    walk.enter(walk.childLength());
+}
+
+void read3dsObject(int length, OGroup* group, int flags)
+{
+    loaderTolerant = (flags & LOAD_TOLERANT) != 0;
+    char name[1024] = "";
+    const int nameBytes = vrkLoader.getString(name, sizeof(name));
+    ObjectReader(length, group, flags, name, nameBytes).read();
+}

@@ -201,6 +201,10 @@ TEST_F(OneVertex, ClearingAGroupStartsFromItsGlow)
     group->calcDynamicLight(group->lights[0], VRK_LIGHT_CLEAR);
     expectColor(mesh->lightColors[0], 1, 1, 1, 0);
 
+    // Also where no light comes to limit it.
+    group->calcDynamicLight(nullptr, VRK_LIGHT_CLEAR);
+    expectColor(mesh->lightColors[0], 1, 1, 1, 0);
+
     // Without the bit nothing glows; without a list either.
     mesh->lightColors[0] = {0, 0, 0, 0};
     group->calcDynamicLight(group->lights[0], 0);

@@ -596,10 +596,10 @@ TEST(Attach, DoesNothingWithoutMarkedVerticesAndFaces)
     EXPECT_EQ(group->meshes[0], mesh);
     group->addMesh(filled("noFaces", 3, 0, 5));
     group->attach();
-    EXPECT_EQ(group->meshCount, 2);
-    group->addMesh(filled("noVertices", 0, 0, 5));
+    group->addMesh(new Mesh);
     group->attach();
     EXPECT_EQ(group->meshCount, 3);
+    EXPECT_EQ(group->findObject("AttachedObject"), nullptr);
 }
 
 TEST(Attach, WorksInAFullGroup)

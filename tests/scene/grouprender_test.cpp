@@ -1,0 +1,325 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tests/support/engine.h"
+#include "tests/support/glrecorder.h"
+#include "tests/support/testmesh.h"
+#include "vornik/assets/tlist.h"
+#include "vornik/rasterizer/startup.h"
+#include "vornik/rasterizer/state.h"
+#include "vornik/scene/material.h"
+#include "vornik/scene/object.h"
+#include "vornik/scene/ogroup.h"
+#include "vornik/scene/renderflags.h"
+#include "vornik/scene/scene.h"
+
+using Calls = std::vector<std::string>;
+
+static const int solid = VRK_RENDER_SOLID | VRK_RENDER_BASIC;
+
+// A square of four units across in the plane y = 0, seen from below y, in one colour and with one material.
+static Mesh* makeSquare(const char* name, Color color, int material = 0)
+{
+    Mesh* mesh = makeMesh(name, {{-2, 0, -2}, {2, 0, -2}, {2, 0, 2}, {-2, 0, 2}}, {{0, 1, 2}, {0, 2, 3}});
+    for (int i = 0; i < 4; i++)
+        mesh->vertexColors[i] = color;
+    for (int i = 0; i < 2; i++)
+        mesh->faceMaterials[i].materialIndex = material;
+    mesh->sortFacesByMaterial();
+    return mesh;
+}
+
+static const Color red = {1, 0, 0, 1}, green = {0, 1, 0, 1};
+
+namespace
+{
+class GroupRender : public EngineTest
+{
+protected:
+    Scene scene;
+    OGroup* group = nullptr;
+    Camera* camera = nullptr;
+
+    void SetUp() override
+    {
+        EngineTest::SetUp();
+        group = addGroup();
+        camera = new Camera;
+        camera->eye = {0, -4, 0};
+        camera->target = {0, 0, 0};
+        camera->rotation = {30, 90, 0, 0};
+        camera->fov = 90;
+        group->addCamera(camera);
+        scene.setCamera(group, 0);
+    }
+
+    // A group with a list of its default material and of number 1, half transparent.
+    OGroup* addGroup()
+    {
+        OGroup* made = scene.groups[scene.groupCount++] = new OGroup;
+        TList* list = new TList;
+        Material* material = new Material;
+        material->transparency = 0.5f;
+        list->addMaterial(material);
+        made->addTList(list);
+        return made;
+    }
+
+    Mesh* add(Mesh* mesh)
+    {
+        group->addMesh(mesh);
+        return mesh;
+    }
+};
+} // namespace
+
+static const Calls matrixCalls = {"glPushMatrix", "glPopMatrix", "glTranslatef", "glRotatef"};
+
+TEST_F(GroupRender, SetsEachMeshUpByItsStaticTransform)
+{
+    Mesh* mesh = add(makeSquare("a", red));
+    mesh->position = {1, 2, 3};
+    mesh->pivot = {4, 5, 6};
+    mesh->rotation = {10, 20, 30, 40};
+    Mesh* straight = add(makeSquare("b", red));
+    straight->position = {7, 0, 0};
+    GLRecorder gl;
+    EXPECT_EQ(group->render(solid, camera), 0);
+    EXPECT_EQ(gl.only(matrixCalls),
+              (Calls{"glPushMatrix()", "glTranslatef(1, 2, 3)", "glTranslatef(-4, -5, -6)",
+                     "glRotatef(30, 0, 0, 1)", "glRotatef(20, 0, 1, 0)", "glRotatef(10, 1, 0, 0)",
+                     "glTranslatef(4, 5, 6)", "glPopMatrix()", "glPushMatrix()", "glTranslatef(7, 0, 0)",
+                     "glTranslatef(-0, -0, -0)", "glTranslatef(0, 0, 0)", "glPopMatrix()"}));
+}
+
+TEST_F(GroupRender, LeavesTheMatrixAsItWas)
+{
+    add(makeSquare("a", red))->position = {1, 2, 3};
+    float before[16], after[16];
+    vrkInitMatrix();
+    vrkLookWithCamera(camera);
+    vrkGetModelViewMatrix(before);
+    group->render(solid, camera);
+    group->renderObject(group->meshes[0], solid);
+    vrkGetModelViewMatrix(after);
+    EXPECT_TRUE(std::equal(before, before + 16, after));
+}
+
+TEST_F(GroupRender, DrawsWithTheActiveListOfTheGroup)
+{
+    add(makeSquare("a", red));
+    scene.render(solid);
+    EXPECT_TRUE(pixelIs(32, 32, {255, 0, 0, 255}));
+
+    // In another list number 0 may be transparent: nothing in the solid pass.
+    vrkClear();
+    group->addTList(new TList);
+    group->setActiveTList(1);
+    group->activeTList->getMaterial(0)->transparency = 0.5f;
+    scene.render(solid);
+    EXPECT_EQ(drawnPixels(), 0);
+}
+
+TEST_F(GroupRender, WithoutACameraMeshesAreWalkedButNothingIsDrawnOrCompiled)
+{
+    Mesh* mesh = add(makeSquare("a", red));
+    add(makeSquare("b", red));
+    mesh->createDisplayList();
+    mesh->billboard = 1;
+    GLRecorder gl;
+    EXPECT_EQ(group->render(VRK_RENDER_SOLID | VRK_RENDER_BASIC | VRK_RENDER_COMPILE_LIST, nullptr), 0);
+    EXPECT_EQ(gl.count("glPushMatrix"), 2);
+    EXPECT_EQ(gl.count("glPopMatrix"), 2);
+    for (const char* drawing :
+         {"glBegin", "glDrawElements", "glNewList", "glCallList", "glDisable", "glEnable"})
+        EXPECT_EQ(gl.count(drawing), 0) << drawing;
+    EXPECT_EQ(mesh->rotation.z, 0.0f);
+}
+
+TEST_F(GroupRender, HiddenMeshesStillGetTheirMatrix)
+{
+    add(makeSquare("a", red))->visible = 0;
+    GLRecorder gl;
+    group->render(solid, camera);
+    EXPECT_EQ(gl.count("glPushMatrix"), 1);
+    EXPECT_EQ(gl.count("glBegin"), 0);
+}
+
+TEST_F(GroupRender, AllPassesOfAMeshComeBeforeTheNextMesh)
+{
+    for (const char* name : {"a", "b"})
+    {
+        Mesh* mesh = add(makeSquare(name, red));
+        mesh->faceMaterials[1].materialIndex = 1;
+        mesh->sortFacesByMaterial();
+    }
+    GLRecorder gl;
+    group->render(solid | VRK_RENDER_TRANSPARENT_NOW, camera);
+    const Calls calls = gl.only({"glPushMatrix", "glPopMatrix", "glEnable", "glDisable", "glBegin"});
+    Calls order;
+    for (const std::string& call : calls)
+        if (call == "glPushMatrix()" || call == "glPopMatrix()" || call == "glEnable(GL_BLEND)" ||
+            call == "glDisable(GL_BLEND)" || call.starts_with("glBegin"))
+            order.push_back(call.substr(0, call.find('(')));
+    const Calls oneMesh = {"glPushMatrix", "glDisable", "glBegin", "glEnable", "glBegin", "glPopMatrix"};
+    Calls both = oneMesh;
+    both.insert(both.end(), oneMesh.begin(), oneMesh.end());
+    EXPECT_EQ(order, both);
+}
+
+TEST_F(GroupRender, BillboardsTakeTheCamerasHeading)
+{
+    Mesh* mesh = add(makeSquare("a", red));
+    mesh->billboard = 1;
+    Mesh* other = add(makeSquare("b", red));
+    GLRecorder gl;
+    group->render(solid, camera);
+    EXPECT_EQ(gl.countExact("glRotatef(30, 0, 0, 1)"), 1);
+    EXPECT_EQ(mesh->rotation.z, 30.0f);
+    EXPECT_EQ(other->rotation.z, 0.0f);
+
+    // It stays, and drawing the one mesh knows no camera.
+    camera->rotation.x = 50;
+    gl.clear();
+    group->renderObject(mesh, solid);
+    EXPECT_EQ(gl.countExact("glRotatef(30, 0, 0, 1)"), 1);
+    EXPECT_EQ(mesh->rotation.z, 30.0f);
+}
+
+TEST_F(GroupRender, AGroupWithoutMeshesDrawsNothing)
+{
+    GLRecorder gl;
+    EXPECT_EQ(group->render(solid, camera), 0);
+    EXPECT_EQ(gl.calls(), Calls{});
+}
+
+TEST_F(GroupRender, RenderDoesNotAdvanceTheAnimation)
+{
+    add(makeSquare("a", red));
+    group->animated = 1;
+    group->frameCount = 10;
+    group->currentFrame = 3;
+    group->render(solid, camera);
+    EXPECT_EQ(group->currentFrame, 3);
+}
+
+TEST_F(GroupRender, ObjectsAreDrawnAlone)
+{
+    Mesh* mesh = add(makeSquare("a", red));
+    mesh->position = {1, 2, 3};
+    add(makeSquare("b", red));
+    GLRecorder gl;
+    EXPECT_EQ(group->renderObject(mesh, solid), 0);
+    EXPECT_EQ(gl.only(matrixCalls),
+              (Calls{"glPushMatrix()", "glTranslatef(1, 2, 3)", "glTranslatef(-0, -0, -0)",
+                     "glTranslatef(0, 0, 0)", "glPopMatrix()"}));
+    EXPECT_EQ(gl.count("glBegin"), 1);
+}
+
+TEST_F(GroupRender, OnlyMeshesOfTheGroupAreObjectsToDraw)
+{
+    Light* light = new Light;
+    group->addLight(light);
+    Mesh stranger;
+    GLRecorder gl;
+    EXPECT_EQ(group->renderObject(nullptr, solid), 38);
+    EXPECT_EQ(group->renderObject(light, solid), 39);
+    EXPECT_EQ(group->renderObject(camera, solid), 39);
+    EXPECT_EQ(group->renderObject(&stranger, solid), 39);
+    EXPECT_EQ(gl.calls(), Calls{});
+    EXPECT_TRUE(logged("Object is NULL, cannot use this!"));
+    EXPECT_TRUE(logged("Object not found from OGroup given!"));
+}
+
+TEST_F(GroupRender, DrawingAnObjectAdvancesAnAnimatedGroup)
+{
+    Mesh* mesh = add(makeSquare("a", red));
+    group->frameCount = 2;
+    group->renderObject(mesh, solid);
+    EXPECT_EQ(group->currentFrame, 0); // not animated
+
+    group->animated = 1;
+    for (int expected : {1, 2, 0, 1})
+    {
+        group->renderObject(mesh, solid);
+        EXPECT_EQ(group->currentFrame, expected);
+    }
+    group->renderObject(mesh, solid | VRK_RENDER_NO_ANIMATION);
+    EXPECT_EQ(group->currentFrame, 1);
+    group->currentFrame = INT32_MAX;
+    group->renderObject(mesh, solid);
+    EXPECT_EQ(group->currentFrame, 0);
+    group->frameCount = INT32_MAX;
+    group->currentFrame = INT32_MAX - 1;
+    group->renderObject(mesh, solid);
+    EXPECT_EQ(group->currentFrame, INT32_MAX);
+
+    // Errors leave the frame alone.
+    group->currentFrame = 1;
+    group->renderObject(nullptr, solid);
+    EXPECT_EQ(group->currentFrame, 1);
+}
+
+TEST_F(GroupRender, ASceneSetsTheViewAndDrawsAllGroups)
+{
+    add(makeSquare("a", red))->position = {-2.5f, 0, 0};
+    group = addGroup();
+    add(makeSquare("b", green))->position = {2.5f, 0, 0};
+    GLRecorder gl;
+    EXPECT_EQ(scene.render(solid), 0);
+    EXPECT_EQ(gl.calls().at(0), "glLoadIdentity()");
+    EXPECT_EQ(gl.count("gluLookAt"), 1);
+    EXPECT_TRUE(pixelIs(12, 32, {255, 0, 0, 255}));
+    EXPECT_TRUE(pixelIs(52, 32, {0, 255, 0, 255}));
+}
+
+TEST_F(GroupRender, ASceneDrawsOneGroupByNumber)
+{
+    add(makeSquare("a", red));
+    group = addGroup();
+    add(makeSquare("b", green));
+    EXPECT_EQ(scene.render(1, solid), 0);
+    EXPECT_TRUE(pixelIs(32, 32, {0, 255, 0, 255}));
+    vrkClear();
+    for (int slot : {2, 255, 256, -1, 1000000})
+    {
+        GLRecorder gl;
+        EXPECT_EQ(scene.render(slot, solid), 0);
+        EXPECT_EQ(gl.count("gluLookAt"), 1);
+        EXPECT_EQ(gl.count("glPushMatrix"), 0);
+    }
+    EXPECT_EQ(drawnPixels(), 0);
+}
+
+TEST_F(GroupRender, ASceneWithoutGroupsStillSetsTheView)
+{
+    Scene empty;
+    empty.camera = camera;
+    GLRecorder gl;
+    EXPECT_EQ(empty.render(solid), 0);
+    EXPECT_EQ(gl.count("glLoadIdentity"), 1);
+    EXPECT_EQ(gl.count("gluLookAt"), 1);
+}
+
+TEST_F(GroupRender, ASceneWithoutCameraReportsEveryFrameAndDrawsNothing)
+{
+    add(makeSquare("a", red));
+    scene.camera = nullptr;
+    const std::string line = "Camera used in functioncall is NULL!\n", before = log();
+    EXPECT_EQ(scene.render(solid), 0);
+    EXPECT_EQ(scene.render(0, solid), 0);
+    EXPECT_EQ(log(), before + line + line);
+    EXPECT_EQ(drawnPixels(), 0);
+}
+
+TEST_F(GroupRender, DeletingTheGroupOfTheCameraLeavesNothingToSee)
+{
+    OGroup* other = addGroup();
+    other->addMesh(makeSquare("b", green));
+    scene.deleteOGroup(group);
+    scene.render(solid);
+    EXPECT_EQ(drawnPixels(), 0);
+}

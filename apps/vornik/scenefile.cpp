@@ -22,6 +22,7 @@ SceneFile readSceneFile(const std::string& path)
     if (!std::filesystem::is_regular_file(path, ignored))
         return file;
     std::ifstream stream(path, std::ios::binary);
+    file.readable = stream.is_open();
     file.bytes.assign(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
     if (file.bytes.size() >= chunkHeader)
         std::memcpy(&file.claimedLength, file.bytes.data() + 2, 4);
@@ -30,13 +31,8 @@ SceneFile readSceneFile(const std::string& path)
 
 SceneFault SceneFile::fault() const
 {
-    std::error_code ignored;
-    if (!std::filesystem::is_regular_file(path, ignored) || std::FILE* handle =
-            std::fopen(path.c_str(), "rb");
-        handle == nullptr)
+    if (!readable)
         return SceneFault::unreadable;
-    else
-        std::fclose(handle);
     if (bytes.empty())
         return SceneFault::empty;
     if (bytes.size() < 2 || (bytes[0] | bytes[1] << 8) != mainChunk)

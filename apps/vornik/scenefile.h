@@ -18,6 +18,7 @@ enum class SceneFault
 struct SceneFile
 {
     std::string path;
+    bool readable = false;
     std::vector<uint8_t> bytes;
     uint32_t claimedLength = 0; ///< of the main chunk
 

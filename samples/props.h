@@ -1,0 +1,24 @@
+// What stands about on the quays: lamps, barrels, crates, nets, a crane, a stall; and trees, ivy and gulls.
+#pragma once
+
+#include "samples/scene.h"
+
+namespace sample
+{
+
+/// Places of the lanterns' flames.
+const std::vector<Vec3>& lampPlaces();
+
+/// Lamps and everything that is solid.
+void addProps(Scene& scene);
+/// What is blended, in this order: mirrored lights (to be added before the water), shades on the ground,
+/// nets, leaves, gulls and the glow of the lamps.
+void addGlowBelow(Scene& scene, Vec3 eye);
+void addShades(Scene& scene);
+void addNets(Scene& scene);
+void addTrunks(Scene& scene);
+void addLeaves(Scene& scene, Vec3 eye);
+void addGulls(Scene& scene);
+void addGlow(Scene& scene, Vec3 eye);
+
+} // namespace sample

@@ -1,0 +1,16 @@
+// vornik info: what is in a scene.
+#pragma once
+
+#include <string>
+
+#include "apps/vornik/loadscene.h"
+
+struct InfoOptions
+{
+    std::string scene;
+    LoadOptions load;
+    bool json = false;
+};
+
+/// @return the exit status
+int info(const InfoOptions& options);

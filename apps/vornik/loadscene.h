@@ -1,0 +1,33 @@
+// Bringing a file into the engine, and what its images came to.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "apps/vornik/scenefile.h"
+#include "vornik/vornik.h"
+
+struct LoadOptions
+{
+    std::string textures; ///< folder of the images; empty for the scene's own
+    bool classic = false;
+    bool smooth = true;
+};
+
+/// Reads the file into a new group of the scene. The engine must run, silently or not.
+/// The process moves into the folder of the images: the engine keeps paths short, and a name in that folder
+/// always fits. So make other paths absolute first.
+/// @return null if the engine refuses the file
+OGroup* loadScene(Scene* scene, const SceneFile& file, const LoadOptions& options);
+
+/// One image that a material names.
+struct ImageUse
+{
+    Material* material;
+    Texture* texture;
+    const char* role; ///< "texture", "opacity", "reflection" or "second texture"
+    bool found;
+};
+
+/// The images of all materials. Reads those that the loader leaves alone.
+std::vector<ImageUse> findImages(OGroup* group);

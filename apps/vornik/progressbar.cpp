@@ -1,0 +1,42 @@
+#include "apps/vornik/progressbar.h"
+
+#include <cmath>
+#include <cstdio>
+#include <string>
+#include <unistd.h>
+
+static bool silent = false;
+static int shownPercent = -1;
+
+void silenceProgress()
+{
+    silent = true;
+}
+
+static bool isVisible()
+{
+    static const bool terminal = isatty(STDERR_FILENO);
+    return terminal && !silent;
+}
+
+void showProgress(float fraction)
+{
+    if (!isVisible() || std::isnan(fraction))
+        return;
+    const int percent = static_cast<int>(std::fmin(std::fmax(fraction, 0.0f), 1.0f) * 100.0f);
+    if (percent == shownPercent)
+        return;
+    shownPercent = percent;
+    const int width = 40;
+    const size_t filled = static_cast<size_t>(percent * width / 100);
+    const std::string bar = std::string(filled, '#') + std::string(width - filled, ' ');
+    std::fprintf(stderr, "\r[%s] %3d %%", bar.c_str(), percent);
+    std::fflush(stderr);
+}
+
+void clearProgress()
+{
+    if (shownPercent >= 0)
+        std::fprintf(stderr, "\r%50s\r", "");
+    shownPercent = -1;
+}

@@ -143,6 +143,16 @@ struct Vector // in double precision
 static const double neverHit = -1.0;
 static const double anywhere = HUGE_VAL;
 
+// Is the point within the box around a face, grown by the margin?
+static bool isNear(const Vertex3D& point, const ShadowFace& face, double margin)
+{
+    auto within = [margin](float p, float a, float b, float c) {
+        return std::min({a, b, c}) - margin <= p && p <= std::max({a, b, c}) + margin;
+    };
+    return within(point.x, face.a.x, face.b.x, face.c.x) && within(point.y, face.a.y, face.b.y, face.c.y) &&
+           within(point.z, face.a.z, face.b.z, face.c.z);
+}
+
 // How far a ray may pass from a face that intersect2 reports as hit. neverHit: no ray of this light hits the
 // face. anywhere: no bound can be given.
 static double hitMargin(const Light& light, const ShadowFace& face)
@@ -167,14 +177,15 @@ static double hitMargin(const Light& light, const ShadowFace& face)
     }
 
     // A light exactly in the plane of an axis-aligned face, as at the height of a floor: T and one component
-    // of all products are exactly 0, and only a face right at the light can be hit.
+    // of all products are exactly 0. Any hit is then at the light itself.
     const bool flat = (s.x == 0.0 && e1.x == 0.0 && e2.x == 0.0) ||
                       (s.y == 0.0 && e1.y == 0.0 && e2.y == 0.0) ||
                       (s.z == 0.0 && e1.z == 0.0 && e2.z == 0.0);
     const double crossed = e1.cross(e2).length();
-    if (flat && crossed >= 64.0 * eps * area)
-        return 32.0 * eps * volume / crossed + rounding;
-    return anywhere;
+    if (!flat || crossed < 64.0 * eps * area)
+        return anywhere;
+    const double margin = 32.0 * eps * volume / crossed + rounding;
+    return isNear(light.location, face, margin) ? margin : neverHit;
 }
 
 static float roundedDown(double v)

@@ -257,7 +257,7 @@ static size_t weldMany(std::vector<Vertex3D> cloud, float e)
     group->addMesh(boxAround(4e9f));
     auto start = std::chrono::steady_clock::now();
     group->closeCombine(e);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(8));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
 
     std::set<std::array<float, 3>> positions;
     for (int i = 0; i < mesh->vertexCount; i++)

@@ -1,0 +1,256 @@
+// The sample program's scene, as the engine reads it.
+
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <set>
+
+#include "tests/support/engine.h"
+#include "tests/support/tempfolder.h"
+#include "vornik/assets/load3ds.h"
+#include "vornik/assets/texture.h"
+#include "vornik/assets/tlist.h"
+#include "vornik/rasterizer/startup.h"
+#include "vornik/scene/material.h"
+#include "vornik/scene/mesh.h"
+#include "vornik/scene/object.h"
+#include "vornik/scene/ogroup.h"
+#include "vornik/scene/renderflags.h"
+#include "vornik/scene/scene.h"
+
+namespace fs = std::filesystem;
+
+static const int loadFlags = LOAD_MESHES | LOAD_LIGHTS | LOAD_CAMERAS | LOAD_MATERIALS | LOAD_SMOOTHING;
+
+// Written once for all tests.
+class Harbour : public EngineTest
+{
+protected:
+    Harbour() : EngineTest(128, 72) {}
+
+    static void SetUpTestSuite()
+    {
+        output = new TempFolder;
+        ASSERT_EQ(std::system((std::string(MAKE_SAMPLE) + " '" + output->root() + "'").c_str()), 0);
+    }
+    static void TearDownTestSuite()
+    {
+        delete output;
+        output = nullptr;
+    }
+
+    OGroup* load(int flags)
+    {
+        const std::string file = output->path("harbour.3ds"), images = output->root();
+        return scene.createOGroup(file.c_str(), flags, images.c_str(), 0, nullptr, nullptr);
+    }
+
+    static TempFolder* output;
+    Scene scene;
+};
+
+TempFolder* Harbour::output = nullptr;
+
+static std::vector<std::string> materialNames(OGroup* group)
+{
+    std::vector<std::string> names;
+    for (const Material* m = group->activeTList->first; m; m = m->next)
+        names.push_back(m->name);
+    return names;
+}
+
+// Calls visit(id, data, size) for every chunk; sections and objects are entered.
+template <typename Visit>
+static void walk(const uint8_t* data, size_t size, const Visit& visit)
+{
+    for (size_t at = 0; at + 6 <= size;)
+    {
+        uint16_t id = 0;
+        uint32_t length = 0;
+        std::memcpy(&id, data + at, 2);
+        std::memcpy(&length, data + at + 2, 4);
+        ASSERT_GE(length, 6u);
+        ASSERT_LE(at + length, size);
+        const uint8_t* content = data + at + 6;
+        visit(id, content, length - 6);
+        if (id == 0x4D4D || id == 0x3D3D || id == 0xB000 || (id >= 0xB001 && id <= 0xB007) || id == 0xAFFF)
+            walk(content, length - 6, visit);
+        at += length;
+    }
+}
+
+TEST_F(Harbour, HasSomeTenThousandTrianglesTwoCamerasAndLampsWithRanges)
+{
+    OGroup* group = load(loadFlags | LOAD_TOLERANT);
+    ASSERT_NE(group, nullptr);
+    int triangles = 0;
+    for (int i = 0; i < group->meshCount; i++)
+        triangles += group->meshes[i]->faceCount;
+    EXPECT_GE(triangles, 5000);
+    EXPECT_LE(triangles, 20000);
+    EXPECT_EQ(group->cameraCount, 2);
+    EXPECT_GE(group->lightCount, 8);
+    for (int i = 0; i < group->lightCount; i++)
+    {
+        EXPECT_GT(group->lights[i]->innerRange, 0.0f);
+        EXPECT_GT(group->lights[i]->outerRange, group->lights[i]->innerRange);
+    }
+}
+
+TEST_F(Harbour, LosesNoMaterialToReadersThatCountInTheirOwnWay)
+{
+    OGroup* tolerant = load(loadFlags | LOAD_TOLERANT);
+    OGroup* classic = load(loadFlags);
+    ASSERT_TRUE(tolerant && classic);
+    EXPECT_EQ(materialNames(classic), materialNames(tolerant));
+    EXPECT_GT(materialNames(classic).size(), 30u);
+
+    ASSERT_EQ(classic->meshCount, tolerant->meshCount);
+    EXPECT_EQ(classic->lightCount, tolerant->lightCount);
+    EXPECT_EQ(classic->cameraCount, tolerant->cameraCount);
+    int mixed = 0;
+    for (int i = 0; i < classic->meshCount; i++)
+    {
+        const Mesh *a = classic->meshes[i], *b = tolerant->meshes[i];
+        ASSERT_EQ(a->faceCount, b->faceCount) << a->name;
+        std::set<int> used;
+        for (int f = 0; f < a->faceCount; f++)
+        {
+            ASSERT_EQ(a->faceMaterials[f].materialIndex, b->faceMaterials[f].materialIndex) << a->name;
+            used.insert(a->faceMaterials[f].materialIndex);
+        }
+        EXPECT_EQ(used.count(0), 0u) << a->name << " has a face of the default material";
+        mixed += used.size() > 1;
+    }
+    EXPECT_GT(mixed, 10);
+    for (const Material* m = classic->activeTList->first->next; m; m = m->next)
+    {
+        for (const Color* c : {m->ambient, m->diffuse, m->specular})
+        {
+            ASSERT_NE(c, nullptr) << m->name;
+            for (const float channel : {c->r, c->g, c->b})
+                EXPECT_TRUE(channel >= 0 && channel <= 1) << m->name;
+        }
+    }
+}
+
+TEST_F(Harbour, FindsAllItsImagesInSizesThatTheEngineTakes)
+{
+    OGroup* group = load(loadFlags | LOAD_TEXTURE_32BIT);
+    ASSERT_NE(group, nullptr);
+    const std::string lines = log();
+    EXPECT_EQ(lines.find("Error"), std::string::npos) << lines;
+    EXPECT_EQ(lines.find("Illegal"), std::string::npos) << lines;
+    EXPECT_EQ(lines.find("not found"), std::string::npos) << lines;
+
+    int opacity = 0, reflections = 0, tga = 0, jpeg = 0;
+    for (const Material* m = group->activeTList->first->next; m; m = m->next)
+    {
+        ASSERT_NE(m->firstTexture, nullptr) << m->name;
+        const Texture& texture = *m->firstTexture;
+        EXPECT_NE(texture.textureIDs[0], 0) << m->name;
+        for (const int size : {texture.width, texture.height})
+            EXPECT_TRUE(size >= 1 && size <= 1024 && (size & (size - 1)) == 0) << m->name << " " << size;
+        const std::string name = texture.names[0];
+        tga += name.ends_with(".tga");
+        jpeg += name.ends_with(".jpg");
+        if (m->opacityTexture)
+        {
+            ++opacity;
+            EXPECT_EQ(texture.bytesPerPixel, 4) << m->name;
+            EXPECT_EQ(m->transparency, 1.0f) << m->name;
+        }
+        if (m->reflectionTexture)
+        {
+            ++reflections;
+            EXPECT_TRUE(fs::exists(output->path(m->reflectionTexture->names[0])));
+        }
+    }
+    EXPECT_GE(jpeg, 10);
+    EXPECT_GE(tga, 5);
+    EXPECT_GE(opacity, 5);
+    EXPECT_GE(reflections, 1);
+}
+
+TEST_F(Harbour, GivesEveryVertexOfATexturedMeshItsPlaceOnTheImage)
+{
+    OGroup* group = load(loadFlags | LOAD_TOLERANT);
+    ASSERT_NE(group, nullptr);
+    for (int i = 0; i < group->meshCount; i++)
+    {
+        const Mesh* mesh = group->meshes[i];
+        float low = 1e9f, high = -1e9f;
+        for (int v = 0; v < mesh->vertexCount; v++)
+        {
+            low = std::min({low, mesh->textureCoords[v].x, mesh->textureCoords[v].y});
+            high = std::max({high, mesh->textureCoords[v].x, mesh->textureCoords[v].y});
+        }
+        EXPECT_GT(high - low, 0.05f) << mesh->name;
+    }
+}
+
+TEST_F(Harbour, HasANodeWithKeysForEveryObjectAndNamesNoOther)
+{
+    std::ifstream stream(output->path("harbour.3ds"), std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+    std::set<std::string> objects, nodes;
+    std::set<int> ids, parents;
+    int moving = 0, turning = 0;
+    const auto keyCount = [](const uint8_t* data)
+    {
+        uint32_t count = 0;
+        std::memcpy(&count, data + 10, 4);
+        return count;
+    };
+    walk(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size(),
+         [&](uint16_t id, const uint8_t* data, size_t size)
+         {
+             const std::string name(reinterpret_cast<const char*>(data),
+                                    strnlen(reinterpret_cast<const char*>(data), size));
+             if (id == 0x4000)
+                 objects.insert(name);
+             if (id == 0xB030)
+                 ids.insert(static_cast<int16_t>(data[0] | data[1] << 8));
+             if (id == 0xB010)
+             {
+                 nodes.insert(name);
+                 parents.insert(static_cast<int16_t>(data[size - 2] | data[size - 1] << 8));
+             }
+             if (id == 0xB020)
+                 moving += keyCount(data) > 1;
+             if (id == 0xB021)
+                 turning += keyCount(data) > 1;
+         });
+    EXPECT_EQ(nodes, objects);
+    EXPECT_GE(moving, 3);
+    EXPECT_GE(turning, 3);
+    EXPECT_GT(parents.size(), 3u);
+    parents.erase(-1);
+    for (const int parent : parents)
+        EXPECT_EQ(ids.count(parent), 1u) << parent;
+}
+
+// Of the sky's colours, somewhere over the lighthouse, and with no gap to the cleared black anywhere.
+TEST_F(Harbour, FillsTheWholeViewOfItsFirstCamera)
+{
+    OGroup* group = load(loadFlags | LOAD_TOLERANT | LOAD_TEXTURE_32BIT);
+    ASSERT_NE(group, nullptr);
+    for (int camera = 0; camera < 2; camera++)
+    {
+        vrkClear();
+        group->calcDynamicLights(0);
+        ASSERT_EQ(scene.setCamera(group, camera), 0);
+        scene.render(VRK_RENDER_SOLID | VRK_RENDER_TRANSPARENT_NOW);
+        EXPECT_GE(drawnPixels(), width * height * 99 / 100);
+    }
+}
+
+TEST(MakeSample, FailsOnAFolderThatCannotBeMade)
+{
+    TempFolder folder;
+    const std::string blocked = folder.write("file", std::string("no folder"));
+    EXPECT_NE(std::system((std::string(MAKE_SAMPLE) + " '" + blocked + "/inside' 2>/dev/null").c_str()), 0);
+    EXPECT_NE(std::system((std::string(MAKE_SAMPLE) + " 2>/dev/null").c_str()), 0);
+}

@@ -46,6 +46,9 @@ public:
         ridge = (h.gableFront ? h.width : h.depth) * 0.5f * h.pitch;
     }
 
+    /// Filled by build().
+    std::vector<Frame> flowerBoxes;
+
     void build()
     {
         walls();
@@ -149,6 +152,12 @@ private:
         b.rod(from, to, 0.17f, 0.17f, 6, 3);
     }
 
+    bool hasFlowers(uint32_t number) const
+    {
+        return randomValue(id, number, 5) < 0.45f && h.wall != bricks && h.wall != planksWarm &&
+               h.wall != planksGrey;
+    }
+
     void flat(Vec3 corner, float width, float height, Patch patch, int material)
     {
         const float cell = b.cell;
@@ -179,11 +188,11 @@ private:
         b.cell = 100;
         b.material = rock;
         b.box({left - 0.08f, -0.16f, sill - 0.12f}, {left + windowWidth + 0.08f, 0, sill}, 1.5f, "yXZ");
-        // Flowers on some of the sills.
-        if (randomValue(id, number, 5) < 0.3f && h.wall != bricks && h.wall != planksGrey)
+        if (hasFlowers(number))
         {
             b.material = planksWarm;
             b.box({left, -0.3f, sill}, {left + windowWidth, -0.1f, sill + 0.16f}, 1.2f, "yX");
+            flowerBoxes.push_back(Frame::at({middle, -0.22f, sill + 0.2f}).within(b.frame));
         }
         b.cell = cell;
     }
@@ -316,20 +325,22 @@ static const House northRow[] = {
     {-38.4f, 7.4f, 9, 5.4f, 0.95f, true, planksGrey, slates, 1, 2, 2, 2},
 };
 
-static void addHouse(Scene& scene, const House& house, const Frame& frame, float cell, uint32_t seed,
-                     const std::string& name)
+static std::vector<Frame> addHouse(Scene& scene, const House& house, const Frame& frame, float cell,
+                                   uint32_t seed, const std::string& name)
 {
     Mesh& mesh = scene.addMesh(name);
     Builder b(mesh);
     b.frame = frame;
     b.cell = cell;
-    HouseBuilder(b, house, seed, true).build();
+    HouseBuilder builder(b, house, seed, true);
+    builder.build();
 
     Mesh& below = scene.addMesh(name + "B");
     Builder m(below);
     m.frame = frame;
     m.mirrorShift = materialCount;
     HouseBuilder(m, house, seed, false).build();
+    return builder.flowerBoxes;
 }
 
 // Finer where the first camera is near, coarse behind its back.
@@ -340,14 +351,17 @@ static float cellFor(const House& house)
     return house.along < -5 ? 1.2f : house.along < 5 ? 1.6f : 2.4f;
 }
 
-void addHouses(Scene& scene)
+std::vector<Frame> addHouses(Scene& scene)
 {
+    std::vector<Frame> boxes;
     uint32_t seed = 1;
     for (const House& house : eastRow)
     {
         // The front looks west: x of the house runs south, so it begins at its north end.
         const Frame frame = Frame::turned({10 + house.setBack, house.along + house.width, quayHeight}, -90);
-        addHouse(scene, house, frame, cellFor(house), seed, "House E" + std::to_string(seed));
+        const auto found =
+            addHouse(scene, house, frame, cellFor(house), seed, "House E" + std::to_string(seed));
+        boxes.insert(boxes.end(), found.begin(), found.end());
         ++seed;
     }
     for (const House& house : northRow)
@@ -356,6 +370,7 @@ void addHouses(Scene& scene)
         addHouse(scene, house, frame, 2.6f, seed, "House N" + std::to_string(seed));
         ++seed;
     }
+    return boxes;
 }
 
 } // namespace sample

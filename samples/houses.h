@@ -7,6 +7,7 @@ namespace sample
 {
 
 /// All houses, with what the water shows of them.
-void addHouses(Scene& scene);
+/// @return the boxes under some of the windows: middles of their rims, with the axes of their house
+std::vector<Frame> addHouses(Scene& scene);
 
 } // namespace sample

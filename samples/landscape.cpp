@@ -54,17 +54,25 @@ static float landHeight(float azimuth, float distance)
 {
     const float x = distance * std::cos(azimuth), y = distance * std::sin(azimuth);
     const float rise = smoothStep(62, 330, distance);
-    const float west = smoothStep(2.06f, 1.55f, azimuth);
-    const float shape = cloudsInSpace({x * 0.008f + 7, y * 0.008f + 3, 0}, 3, 601);
-    const float ridge = mix(9, 74, shape * shape * 1.7f);
+    const float west = smoothStep(2.06f, 1.5f, azimuth);
+    const float shape = cloudsInSpace({x * 0.009f + 7, y * 0.009f + 3, 0}, 4, 601);
+    const float ridge = mix(12, 62, shape * shape * 1.7f);
     return -1.5f + (rise * ridge + 3) * west + 3 * west * smoothStep(62, 80, distance);
 }
 
-static void hillStrip(Mesh& mesh, int columns, int rows, int mirrorShift)
+// The land behind the first ridge, lower and longer to the west.
+static float farHeight(float azimuth, float distance)
 {
-    Builder b(mesh);
-    b.material = hills;
-    b.mirrorShift = mirrorShift;
+    const float shape = cloudsInSpace({azimuth * 2.3f + 1, 0, distance * 0.002f}, 5, 602);
+    const float west = smoothStep(2.34f, 1.9f, azimuth);
+    return -3 + west * (20 + 150 * shape * shape) * smoothStep(560, 900, distance);
+}
+
+using Height = float (*)(float azimuth, float distance);
+
+// Land between two distances, seen from the harbour, finer near by.
+static void landStrip(Builder& b, Height height, Vec2 reach, Vec2 azimuths, int columns, int rows, float tile)
+{
     std::vector<Vec3> points;
     std::vector<Vec2> coords;
     for (int r = 0; r <= rows; ++r)
@@ -72,12 +80,13 @@ static void hillStrip(Mesh& mesh, int columns, int rows, int mirrorShift)
         for (int c = 0; c <= columns; ++c)
         {
             const float t = static_cast<float>(r) / static_cast<float>(rows);
-            const float distance = 64 + 420 * t * t;
-            const float azimuth = mix(2.10f, -0.95f, static_cast<float>(c) / static_cast<float>(columns));
+            const float distance = mix(reach.x, reach.y, t * t);
+            const float azimuth =
+                mix(azimuths.x, azimuths.y, static_cast<float>(c) / static_cast<float>(columns));
             const Vec3 p = {distance * std::cos(azimuth), distance * std::sin(azimuth),
-                            landHeight(azimuth, distance)};
+                            height(azimuth, distance)};
             points.push_back(p);
-            coords.push_back({p.x / 130, p.y / 130});
+            coords.push_back({p.x / tile, p.y / tile});
         }
     }
     b.net(points, coords, columns + 1, b.newGroup());
@@ -85,8 +94,16 @@ static void hillStrip(Mesh& mesh, int columns, int rows, int mirrorShift)
 
 void addHills(Scene& scene)
 {
-    hillStrip(scene.addMesh("Hills"), 46, 7, 0);
-    hillStrip(scene.addMesh("Hills below"), 20, 5, materialCount);
+    Builder far(scene.addMesh("Far hills"));
+    far.material = farHills;
+    landStrip(far, farHeight, {560, 900}, {2.4f, -0.9f}, 50, 2, 260);
+    Builder near(scene.addMesh("Hills"));
+    near.material = hills;
+    landStrip(near, landHeight, {64, 484}, {2.1f, -0.95f}, 50, 7, 130);
+    Builder below(scene.addMesh("Hills below"));
+    below.mirrorShift = materialCount;
+    below.material = hills;
+    landStrip(below, landHeight, {64, 484}, {2.1f, -0.95f}, 20, 5, 130);
 }
 
 // A stretch of quay wall from a to b, the water on the left of the way, with its coping.
@@ -131,7 +148,7 @@ void addQuays(Scene& scene)
         b.panel({x0, y0, quayHeight}, {x1 - x0, 0, 0}, {0, y1 - y0, 0},
                 {{x0 / 3.6f, y0 / 3.6f}, {x1 / 3.6f, y1 / 3.6f}});
     };
-    patch(0.2f, -22, 10, -8, 0.8f);
+    patch(0.2f, -22, 10, -8, 0.68f);
     patch(0.2f, -8, 10, 8, 1.3f);
     patch(0.2f, 8, 10, 46, 2.3f);
     patch(0.2f, -46, 10, -22, 4.0f);
@@ -332,6 +349,24 @@ void addWater(Scene& scene)
     }
     b.net(points, coords, static_cast<int>(xs.size()), b.newGroup());
     sortFarToNear(sea, {4, -26, 4});
+}
+
+// The way of the low light over the waves, from the horizon to the eye.
+void addGlitter(Scene& scene, Vec3 eye)
+{
+    Mesh& mesh = scene.addMesh("Glitter");
+    Builder b(mesh);
+    b.material = glitter;
+    b.frame = Frame::turned({eye.x, eye.y, 0.05f}, 135.5f - 90);
+    const float reach[] = {12, 26, 50, 95, 190, 420, 1300};
+    for (int i = 0; i < 6; ++i)
+    {
+        const float from = reach[i], to = reach[i + 1], w0 = 3 + from * 0.12f, w1 = 3 + to * 0.12f;
+        const float v = static_cast<float>(i);
+        b.net({{-w0, from, 0}, {w0, from, 0}, {-w1, to, 0}, {w1, to, 0}},
+              {{0, v}, {1, v}, {0, v + 1}, {1, v + 1}}, 2, b.newGroup());
+    }
+    sortFarToNear(mesh, eye);
 }
 
 } // namespace sample

@@ -18,5 +18,6 @@ void addMole(Scene& scene);
 void addLighthouse(Scene& scene);
 /// The water itself. It is blended: to be added behind all that is seen through it.
 void addWater(Scene& scene);
+void addGlitter(Scene& scene, Vec3 eye);
 
 } // namespace sample

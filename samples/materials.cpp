@@ -13,8 +13,9 @@ static const Material materials[materialCount] = {
     {"Sky front", "skyfront.jpg", rgb(0xe8c8a8), 100, false, false, true},
     {"Sky back", "skyback.jpg", rgb(0xa8b8d0), 100, false, false, true},
     {"Water", "water.tga", rgb(0x406878), 62, true, false},
-    {"Glitter", "glitter.tga", rgb(0xffd090), 100, true, false, true},
+    {"Glitter", "glitter.tga", rgb(0xffd090), 100, true, false},
     {"Hills", "hills.jpg", rgb(0x8c9060), 12, false, false},
+    {"Far hills", "farhills.jpg", rgb(0xa09088), 50, false, false},
     {"Grass", "grass.jpg", rgb(0x74783a), 0, false, false},
     {"Paving", "paving.jpg", rgb(0x8a8276), 0, false, false},
     {"Quay wall", "quaywall.jpg", rgb(0x80745c), 0, false, false},
@@ -49,6 +50,7 @@ static const Material materials[materialCount] = {
     {"Rope", "rope.tga", rgb(0x907450), 10, true, true},
     {"Net", "net.tga", rgb(0x60786c), 10, true, true},
     {"Ratlines", "ratlines.tga", rgb(0x4a3826), 10, true, true, true},
+    {"Flowers", "flowers.tga", rgb(0xc05048), 15, true, true, true},
     {"Gulls", "gull.tga", rgb(0xe0dcd4), 40, true, true, true},
     {"Shade", "shade.tga", rgb(0x14110e), 100, true, false, true},
     {"Glow", "glow.tga", rgb(0xffc070), 100, true, true, true},
@@ -85,7 +87,7 @@ Image reflectedImage(const Image& image)
 
 Vec3 sunDirection()
 {
-    const float azimuth = 224 * pi / 180, elevation = 16 * pi / 180;
+    const float azimuth = 222 * pi / 180, elevation = 20 * pi / 180;
     return {std::cos(elevation) * std::cos(azimuth), std::cos(elevation) * std::sin(azimuth),
             std::sin(elevation)};
 }
@@ -94,7 +96,7 @@ Vec3 sunDirection()
 // part.
 static Vec3 glowDirection()
 {
-    const float azimuth = 150 * pi / 180, elevation = 5 * pi / 180;
+    const float azimuth = 143 * pi / 180, elevation = 5 * pi / 180;
     return {std::cos(elevation) * std::cos(azimuth), std::cos(elevation) * std::sin(azimuth),
             std::sin(elevation)};
 }
@@ -107,6 +109,7 @@ const std::vector<Picture>& pictures()
         {"water.tga", paintWater},
         {"glitter.tga", paintGlitter},
         {"hills.jpg", paintHills},
+        {"farhills.jpg", paintFarHills},
         {"grass.jpg", paintGrass},
         {"paving.jpg", paintPaving},
         {"quaywall.jpg", paintQuayWall},
@@ -139,6 +142,7 @@ const std::vector<Picture>& pictures()
         {"rope.tga", paintRope},
         {"net.tga", paintNet},
         {"ratlines.tga", paintRatlines},
+        {"flowers.tga", paintFlowers},
         {"gull.tga", paintGull},
         {"shade.tga", paintShade},
         {"glow.tga", paintGlow},

@@ -98,6 +98,20 @@ void addLeaves(Scene& scene, Vec3 eye)
     sortFarToNear(mesh, eye);
 }
 
+void addFlowers(Scene& scene, const std::vector<Frame>& boxes, Vec3 eye)
+{
+    Mesh& mesh = scene.addMesh("Flowers");
+    Builder b(mesh);
+    b.material = flowers;
+    for (const Frame& box : boxes)
+    {
+        b.frame = box;
+        for (const float x : {-0.34f, 0.0f, 0.34f})
+            b.card({x, -0.06f, 0.1f}, {0.55f, 0, 0}, {0, 0.12f, 0.5f}, {});
+    }
+    sortFarToNear(mesh, eye);
+}
+
 void addGulls(Scene& scene)
 {
     struct Gull

@@ -18,6 +18,8 @@ void addShades(Scene& scene);
 void addNets(Scene& scene);
 void addTrunks(Scene& scene);
 void addLeaves(Scene& scene, Vec3 eye);
+/// Flowers in the boxes.
+void addFlowers(Scene& scene, const std::vector<Frame>& boxes, Vec3 eye);
 void addGulls(Scene& scene);
 void addGlow(Scene& scene, Vec3 eye);
 

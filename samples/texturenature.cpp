@@ -14,7 +14,7 @@ namespace sample
 static float cloudAt(float x, float y)
 {
     const float bank = cloudsInSpace({x * 0.55f + 3, y * 0.55f, 0.5f}, 3, 301);
-    const float puff = cloudsInSpace({x * 1.5f, y * 2.1f, 1.7f}, 5, 302);
+    const float puff = cloudsInSpace({x * 1.7f, y * 2.6f, 1.7f}, 6, 302);
     return bank * 0.62f + puff * 0.48f;
 }
 
@@ -38,7 +38,7 @@ Rgba skyColour(Vec3 direction, Vec3 sun)
     const float reach = 1 / (height + 0.11f);
     const float x = direction.x * reach, y = direction.y * reach;
     const float d = cloudAt(x, y);
-    const float cover = smoothStep(0.545f, 0.70f, d) * smoothStep(0.03f, 0.13f, height);
+    const float cover = smoothStep(0.525f, 0.66f, d) * smoothStep(0.03f, 0.13f, height);
     const float lit = clamp01(0.5f + 7 * (d - cloudAt(x + sunFlat.x * 0.22f, y + sunFlat.y * 0.22f)));
     const Rgba shade = mix(rgb(0x8f86a0), rgb(0xc08f88), towards);
     const Rgba bright = mix(rgb(0xf4cdb4), rgb(0xfff0cc), towards);
@@ -80,11 +80,11 @@ Image paintWater()
                      const float h = height(u, v);
                      const float face = (h - height(u, v + 0.012f)) * 9;
                      const float lit = smoothStep(-0.2f, 1.0f, face);
-                     Rgba c = mix(rgb(0x1c2e44), rgb(0x5f7490), smoothStep(0.25f, 0.75f, h));
-                     c = mix(c, rgb(0xe8b98c), 0.55f * lit * lit);
+                     Rgba c = mix(rgb(0x15283e), rgb(0x56708c), smoothStep(0.25f, 0.75f, h));
+                     c = mix(c, rgb(0xe8b98c), 0.65f * lit * lit);
                      const float spark = smoothStep(0.66f, 0.74f, h) * smoothStep(0.15f, 0.5f, face);
                      c = mix(c, rgb(0xffe9c0), spark);
-                     c.a = clamp01(0.24f + 0.36f * smoothStep(0.35f, 0.65f, h) + 0.3f * lit * lit +
+                     c.a = clamp01(0.17f + 0.36f * smoothStep(0.35f, 0.65f, h) + 0.3f * lit * lit +
                                    0.4f * spark);
                      return c;
                  });
@@ -116,6 +116,17 @@ Image paintHills()
                return Rgba{wood * (0.4f + smoothStep(0.0f, 0.35f, crown(u, v).edge)), 0, 0, 1};
            });
     return image;
+}
+
+// So far off that only light and shade and the haze are left.
+Image paintFarHills()
+{
+    return paint(128, 128,
+                 [](float u, float v)
+                 {
+                     const Rgba c = mix(rgb(0x7f7a78), rgb(0xa2968a), clouds(u, v, 6, 6, 5, 328));
+                     return mix(c, rgb(0xc9aa9c), 0.45f);
+                 });
 }
 
 Image paintGrass()
@@ -184,6 +195,21 @@ Image paintLeaves()
 Image paintIvy()
 {
     return leafHeap(256, 330, 0.055f, rgb(0x23351a), rgb(0x7f9440), 351);
+}
+
+// Geraniums over the rim of a box.
+Image paintFlowers()
+{
+    Image image = leafHeap(128, 160, 0.07f, rgb(0x2b4420), rgb(0x7f9a44), 361);
+    for (uint32_t i = 0; i < 46; ++i)
+    {
+        const float angle = randomValue(i, 1, 362) * 2 * pi,
+                    radius = 0.36f * std::sqrt(randomValue(i, 2, 362));
+        const Rgba petal = mix(rgb(0xd8303a), rgb(0xff8fa0), randomValue(i, 3, 362));
+        stampLeaf(image, {0.5f + radius * std::cos(angle), 0.55f + 0.8f * radius * std::sin(angle)},
+                  angle * 3, 0.04f, petal);
+    }
+    return image;
 }
 
 Image paintReflection(Vec3 sun)

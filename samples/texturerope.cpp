@@ -92,26 +92,29 @@ Image paintGlitter()
                  {
                      const float n = clouds(u, v, 8, 48, 2, 411);
                      const float side = clamp01(1 - std::abs(u - 0.5f) * 2);
-                     const float ends = smoothStep(0.0f, 0.25f, v) * smoothStep(0.0f, 0.15f, 1 - v);
                      Rgba c = mix(rgb(0xffb35c), rgb(0xfff2cf), smoothStep(0.5f, 0.75f, n));
-                     c.a = 0.9f * smoothStep(0.72f - 0.3f * side, 0.84f - 0.26f * side, n) * side * ends;
+                     c.a = 0.9f * smoothStep(0.72f - 0.3f * side, 0.84f - 0.26f * side, n) * side;
                      return c;
                  });
 }
 
+// Seen from below and behind: wings raised in an arc, dark at the tips.
 Image paintGull()
 {
     return paint(128, 64,
                  [](float u, float v)
                  {
                      const float x = std::abs(u - 0.5f) * 2;
-                     const float wing =
-                         0.45f + 0.42f * std::sin(std::min(x * 1.25f, 1.0f) * pi * 0.8f) - 0.3f * x * x;
-                     const float thick = 0.11f * (1 - x) + 0.015f;
-                     const float body = x < 0.09f ? std::abs(v - 0.42f) - 0.16f : 1.0f;
-                     const float d = std::min(std::abs(v - wing) - thick, body);
-                     Rgba c = mix(rgb(0xf6efe2), rgb(0x575a60), smoothStep(0.7f, 0.95f, x));
-                     c.a = 1 - smoothStep(-0.01f, 0.03f, d);
+                     const float arc =
+                         0.40f + 0.36f * std::sin(std::min(x * 1.5f, 1.0f) * pi * 0.62f) - 0.34f * x * x;
+                     const float thick = 0.13f * (1 - x) * (0.6f + x) + 0.012f;
+                     const float bodyX = (u - 0.5f) / 0.055f, bodyY = (v - 0.40f) / 0.17f;
+                     const float body = (std::sqrt(bodyX * bodyX + bodyY * bodyY) - 1) * 0.1f;
+                     const float wing = x < 0.97f ? std::abs(v - arc) - thick : 1.0f;
+                     const float d = std::min(wing, body);
+                     Rgba c = mix(rgb(0xfdf4e4), rgb(0x50535a), smoothStep(0.72f, 0.95f, x));
+                     c = c * (v < arc ? 0.86f : 1.0f);
+                     c.a = 1 - smoothStep(-0.015f, 0.03f, d);
                      return c;
                  });
 }

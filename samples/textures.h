@@ -42,9 +42,11 @@ Image paintSky(float fromAzimuth, Vec3 sun);
 float skyElevation(float v);
 Image paintWater();
 Image paintHills();
+Image paintFarHills();
 Image paintGrass();
 Image paintLeaves();
 Image paintIvy();
+Image paintFlowers();
 Image paintReflection(Vec3 sun);
 
 // Images that are mostly see-through, texturerope.cpp.

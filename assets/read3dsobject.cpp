@@ -296,7 +296,10 @@ void ObjectReader::readLightColor()
     if (id == 0x4620) // switched off
         multiplier = 0.0f;
     else if (id == 0x465B)
-        multiplier *= vrkLoader.getFloat();
+    {
+        const float factor = vrkLoader.getFloat();
+        multiplier *= isfinite(factor) ? factor : 1.0f;
+    }
     else if (id >= 0x0010 && id <= 0x0013 && !lightHasColor)
     {
         Color* color = read3dsColor();
@@ -308,7 +311,7 @@ void ObjectReader::readLightColor()
 
 void ObjectReader::finishLight()
 {
-    if (light && isfinite(multiplier))
+    if (light)
     {
         light->color.r *= multiplier;
         light->color.g *= multiplier;

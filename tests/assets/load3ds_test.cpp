@@ -1,5 +1,6 @@
 #include "vornik/assets/load3ds.h"
 
+#include <GL/gl.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -203,8 +204,8 @@ TEST_F(Load3ds, ProgressOfTheTexturePassCountsMaterials)
     ASSERT_EQ(load({.materials = {paired("A"), paired("B")}}, LOAD_MATERIALS), 0);
     ASSERT_GE(fractions.size(), 7u);
     const std::vector<float> passes(fractions.end() - 7, fractions.end());
-    EXPECT_EQ(passes, (std::vector<float>{0.5f, 1.0f / 2.0f * 0.2f + 0.5f, 1.0f * 0.2f + 0.5f, 0.7f, 0.9f, 0.95f,
-                                          1.0f}));
+    EXPECT_EQ(passes, (std::vector<float>{0.5f, 1.0f / 2.0f * 0.2f + 0.5f, 1.0f * 0.2f + 0.5f, 0.7f, 0.9f,
+                                          0.95f, 1.0f}));
 }
 
 TEST_F(Load3ds, ProgressIsNoNumberWithoutMaterialsInTheFile)
@@ -216,7 +217,8 @@ TEST_F(Load3ds, ProgressIsNoNumberWithoutMaterialsInTheFile)
 
 TEST_F(Load3ds, LoadsWithoutProgress)
 {
-    const std::string file = folder.write("a.3ds", build3ds({.materials = {paired("A")}, .meshes = {square("M")}}));
+    const std::string file =
+        folder.write("a.3ds", build3ds({.materials = {paired("A")}, .meshes = {square("M")}}));
     EXPECT_EQ(load3ds(file.c_str(), group.get(), "", objects | LOAD_MATERIALS, nullptr, nullptr), 0);
     EXPECT_EQ(group->meshCount, 1);
 }
@@ -324,8 +326,8 @@ TEST_F(Load3ds, OpacityMapIsFoldedInAndDropped)
 {
     folder.write("WALL.TGA", writeTga(Picture(4, 4, 0x336699FF)));
     folder.write("HOLES.TGA", writeTga(Picture(4, 4, 0x303030FF)));
-    const Scene3ds scene = {.materials = {paired(
-                                "A", {{.file = "WALL.TGA"}, {.slot = MAP_3DS_OPACITY, .file = "HOLES.TGA"}})}};
+    const Scene3ds scene = {
+        .materials = {paired("A", {{.file = "WALL.TGA"}, {.slot = MAP_3DS_OPACITY, .file = "HOLES.TGA"}})}};
     ASSERT_EQ(load(scene, LOAD_MATERIALS), 0);
     EXPECT_EQ(material(1)->firstTexture->environment, VRK_DECAL);
     EXPECT_EQ(material(1)->transparency, 1.0f);
@@ -337,7 +339,8 @@ TEST_F(Load3ds, OpacityMapIsFoldedInAndDropped)
 TEST_F(Load3ds, OpacityMapWithoutAFirstTextureIsLeft)
 {
     ASSERT_EQ(
-        load({.materials = {paired("A", {{.slot = MAP_3DS_OPACITY, .file = "NONE.TGA"}})}}, LOAD_MATERIALS), 0);
+        load({.materials = {paired("A", {{.slot = MAP_3DS_OPACITY, .file = "NONE.TGA"}})}}, LOAD_MATERIALS),
+        0);
     EXPECT_STREQ(material(1)->firstTexture->names[0], "VRKCreated.VRK");
     EXPECT_EQ(material(1)->transparency, 0.0f);
     EXPECT_FALSE(logged("Error loading .TGA file"));
@@ -378,8 +381,8 @@ TEST_F(Load3ds, ModifierFlagRaisesTheContrastOfOpacityMapsToo)
 {
     folder.write("WALL.TGA", writeTga(Picture(8, 8, 0x64503CFF)));
     folder.write("HOLES.TGA", writeTga(Picture(8, 8, 0x282828FF)));
-    const Scene3ds scene = {.materials = {paired(
-                                "A", {{.file = "WALL.TGA"}, {.slot = MAP_3DS_OPACITY, .file = "HOLES.TGA"}})}};
+    const Scene3ds scene = {
+        .materials = {paired("A", {{.file = "WALL.TGA"}, {.slot = MAP_3DS_OPACITY, .file = "HOLES.TGA"}})}};
     ASSERT_EQ(load(scene, LOAD_MATERIALS | LOAD_TEXTURE_32BIT), 0);
     EXPECT_EQ(textureColor(group.get()).a, 40);
     group = std::make_unique<OGroup>();

@@ -174,7 +174,7 @@ TEST_F(Read3dsObject, EmptyNameCountsSevenBytes)
 
 TEST_F(Read3dsObject, LongNameIsKeptUpTo1023Characters)
 {
-    EXPECT_EQ(read({.name = std::string(300, 'n')})->name, std::string(300, 'n'));
+    EXPECT_EQ(read(Mesh3ds{.name = std::string(300, 'n')})->name, std::string(300, 'n'));
     EXPECT_EQ(read({.name = std::string(2000, 'n'), .vertices = corners})->name, std::string(1023, 'n'));
     EXPECT_EQ(group->meshes[1]->vertexCount, 4);
 }
@@ -498,7 +498,8 @@ TEST_F(Read3dsObject, CameraHasItsPlaceTargetRollAndLens)
 TEST_F(Read3dsObject, ChildrenOfACameraAreCountedTwice)
 {
     // 14 bytes of range chunk count in the camera's chunk and again by themselves: the mesh behind is lost.
-    const auto bytes = [] {
+    const auto bytes = []
+    {
         ChunkWriter out;
         out.open(0x4000).text("C").open(0x4700).zeros(32).open(0x4720).f32(1).f32(2).close().close();
         out.open(0x4100).close().close();
@@ -530,7 +531,8 @@ TEST_F(Read3dsObject, CutVertexListEndsInMinusOnes)
 
 TEST_F(Read3dsObject, CutListsEndInHarmlessValues)
 {
-    const auto bytes = [](uint16_t id, int whole) {
+    const auto bytes = [](uint16_t id, int whole)
+    {
         ChunkWriter out = openMesh();
         vertexChunk(out, 2).open(0x4120).u16(2).u16(1).u16(1).u16(0).u16(7);
         if (id != 0x4120)
@@ -614,8 +616,8 @@ TEST_F(Read3dsObject, TolerantPutsVerticesThatAreNoNumbersOnTheFirstGoodOne)
 {
     const float nan = std::numeric_limits<float>::quiet_NaN();
     const float inf = std::numeric_limits<float>::infinity();
-    const Mesh3ds mesh = {
-        .name = "M", .vertices = {{nan, 0, 0}, {1, 2, 3}, {4, inf, 6}, {7, 8, -inf}, {4, 5, 6}}};
+    const Mesh3ds mesh = {.name = "M",
+                          .vertices = {{nan, 0, 0}, {1, 2, 3}, {4, inf, 6}, {7, 8, -inf}, {4, 5, 6}}};
     const Mesh* strict = read(mesh);
     EXPECT_TRUE(std::isnan(strict->originalVertices[0].x));
     EXPECT_EQ(strict->originalVertices[2].y, inf);

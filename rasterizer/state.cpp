@@ -223,7 +223,7 @@ void vrkDepthMask(int constant)
 {
     GLenum write;
     if (vrkSelectedRasterizer == 0 && translate(constant, &write))
-        glDepthMask(static_cast<GLboolean>(write & 0xff));
+        glDepthMask(static_cast<GLboolean>(write)); // the low byte
 }
 
 void vrkAlphaFunc(int constant, float reference)

@@ -5,8 +5,8 @@
 #include "vornik/rasterizer/startup.h"
 
 #include <csignal>
-#include <cstdio>
 #include <cstdlib>
+#include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -340,8 +340,9 @@ public:
         if (process == 0)
         {
             dup2(channel[1], 3);
-            if (!freopen("/dev/null", "w", stdout) || !freopen("/dev/null", "w", stderr))
-                _exit(1);
+            const int nowhere = open("/dev/null", O_WRONLY);
+            dup2(nowhere, STDOUT_FILENO);
+            dup2(nowhere, STDERR_FILENO);
             execlp("Xvfb", "Xvfb", "-displayfd", "3", "-screen", "0", "320x200x24", "-nolisten", "tcp",
                    "-extension", "GLX", static_cast<char*>(nullptr));
             _exit(1);

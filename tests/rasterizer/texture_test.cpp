@@ -6,6 +6,7 @@
 #include <limits>
 #include <memory>
 
+#include "platform/gldevice.h"
 #include "tests/support/engine.h"
 #include "tests/support/glrecorder.h"
 #include "vornik/assets/texture.h"
@@ -159,6 +160,14 @@ TEST_F(TextureTest, MipMapTypeActsOnLaterUploads)
     vrkUploadTexture(&texture, 0);
     EXPECT_EQ(gl.only({"glTexParameteri", "glTexEnvi"}), settings("GL_LINEAR_MIPMAP_NEAREST"));
 
+    for (const int other : {34, 36, -35})
+    {
+        vrkSetMipMapType(other);
+        gl.clear();
+        vrkUploadTexture(&texture, 0);
+        EXPECT_EQ(gl.only({"glTexParameteri", "glTexEnvi"}), settings("GL_LINEAR_MIPMAP_NEAREST"));
+    }
+
     vrkSetMipMapType(35);
     gl.clear();
     vrkUploadTexture(&texture, 0);
@@ -223,9 +232,11 @@ TEST_F(TextureTest, UploadWithoutAnImageDoesNothing)
 
 TEST_F(TextureTest, UploadWithoutAContextDoesNothing)
 {
-    const VRKNativeWindow impossible = {nullptr, 0, -1, -1};
-    ASSERT_EQ(vrkInitViewport(&impossible, 32, 8, 24, false, 0, true), 41);
+    releaseOffscreenContext();
+    GLRecorder gl;
     EXPECT_EQ(vrkUploadTexture(&texture, 0), 0);
+    EXPECT_EQ(gl.calls(), Calls{});
+    ASSERT_TRUE(vrkPlatformMakeCurrent(VRK_hDC, VRK_hGLRC));
 }
 
 TEST_F(TextureTest, ImageOfAnySizeIsTaken)

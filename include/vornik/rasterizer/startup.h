@@ -68,6 +68,8 @@ extern VRK_API int vrkConvertCapTableOGL[VRK_CONSTANT_COUNT]; ///< portable cons
 /// @param fps         frame rate that the host declares
 /// @param useTnL, secondaryDevice, windowed  choice of the Direct3D device; OpenGL ignores them
 /// @return 0; -1 if the rasterizer can't be created; 41 no OpenGL context, 53 no Direct3D, both logged
+/// Starting again draws on the new surface with a new context; textures and display lists of the older
+/// context stay behind in it, and it lives until the process ends.
 VRK_API int initVornik(int rasterizer, VRKWindow window, Console* console, int colorBits, int alphaBits,
                        int depthBits, int fps, bool useTnL, int secondaryDevice, bool windowed);
 

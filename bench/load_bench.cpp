@@ -1,0 +1,188 @@
+// Loading of .3DS files with all passes but images: chunks, materials, smoothing, normals, face order, edges.
+//
+// The scenes are hilly ground in tiles of 1,000 triangles, with texture coordinates, four smoothing groups a
+// tile and 50 materials; the last benchmark has its triangles in one mesh instead. Loading is to grow with
+// the file and no faster: the program ends with the ratio between the best and the worst rate of the scenes,
+// and fails if it is above 2.
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tests/support/tempfolder.h"
+#include "tests/support/writer3ds.h"
+#include "vornik/assets/load3ds.h"
+#include "vornik/core/errorlog.h"
+#include "vornik/rasterizer/startup.h"
+#include "vornik/scene/ogroup.h"
+
+static const int materialCount = 50;
+
+static Vertex3D hill(float x, float y)
+{
+    return {x, y, 6.0f * std::sin(x * 0.11f) * std::cos(y * 0.07f) + std::sin(x * 0.7f + y)};
+}
+
+// A tile of 2 * columns * rows triangles whose lower left corner is at x, y.
+static Mesh3ds makeTile(int number, int columns, int rows, float x, float y)
+{
+    Mesh3ds tile;
+    tile.name = "tile" + std::to_string(number);
+    for (int j = 0; j <= rows; j++)
+        for (int i = 0; i <= columns; i++)
+        {
+            tile.vertices.push_back(hill(x + float(i), y + float(j)));
+            tile.textureCoords.push_back({float(i), float(j)});
+        }
+
+    std::vector<MaterialGroup3ds> groups(4);
+    for (int j = 0; j < rows; j++)
+        for (int i = 0; i < columns; i++)
+        {
+            const auto a = uint16_t(j * (columns + 1) + i);
+            const auto c = uint16_t(a + columns + 1);
+            const size_t quarter = size_t(2 * (2 * j / rows) + 2 * i / columns);
+            for (const Face3ds& face :
+                 {Face3ds{a, uint16_t(a + 1), c}, Face3ds{uint16_t(a + 1), uint16_t(c + 1), c}})
+            {
+                groups[size_t(i + j) % 4].faces.push_back(uint16_t(tile.faces.size()));
+                tile.faces.push_back(face);
+                tile.smoothing.push_back(1u << quarter);
+            }
+        }
+    for (size_t g = 0; g < groups.size(); g++)
+    {
+        groups[g].material = "material" + std::to_string((size_t(number) * 4 + g) % materialCount);
+        tile.groups.push_back(groups[g]);
+    }
+    return tile;
+}
+
+static Scene3ds makeScene()
+{
+    Scene3ds scene;
+    for (int i = 0; i < materialCount; i++)
+    {
+        const Color3ds color = {float(i) / materialCount, 0.5f, 0.25f};
+        scene.materials.push_back({.name = "material" + std::to_string(i),
+                                   .ambient = {color},
+                                   .diffuse = {color},
+                                   .specular = {color},
+                                   .transparency = Percent3ds{0}});
+    }
+    for (int i = 0; i < 4; i++)
+        scene.lights.push_back({.name = "light" + std::to_string(i), .color = {{1, 1, 1, COLOR_3DS_FLOAT}}});
+    scene.cameras.push_back({.name = "camera"});
+    return scene;
+}
+
+namespace
+{
+
+// A file on the disk, and the rate at which it loaded best.
+struct Sample
+{
+    TempFolder folder;
+    std::string file;
+    size_t bytes = 0;
+    int triangles = 0;
+    double bestRate = 0;
+
+    Sample(int wanted, bool oneMesh) : triangles(wanted)
+    {
+        Scene3ds scene = makeScene();
+        if (oneMesh)
+            scene.meshes.push_back(makeTile(0, 25, wanted / 50, 0, 0));
+        else
+            for (int i = 0; i < wanted / 1000; i++)
+                scene.meshes.push_back(makeTile(i, 25, 20, float(25 * (i % 32)), float(20 * (i / 32))));
+        const std::vector<uint8_t> content = build3ds(scene);
+        bytes = content.size();
+        file = folder.write("scene.3ds", content);
+    }
+};
+
+} // namespace
+
+// Files are made once and kept, since Google Benchmark enters a benchmark several times.
+static Sample& sampleOf(int triangles, bool oneMesh)
+{
+    static std::map<std::pair<int, bool>, std::unique_ptr<Sample>> made;
+    std::unique_ptr<Sample>& sample = made[{triangles, oneMesh}];
+    if (!sample)
+        sample = std::make_unique<Sample>(triangles, oneMesh);
+    return *sample;
+}
+
+static double loadSeconds(const Sample& sample)
+{
+    OGroup group;
+    const auto start = std::chrono::steady_clock::now();
+    const int result =
+        load3ds(sample.file.c_str(), &group, sample.folder.root().c_str(),
+                LOAD_MESHES | LOAD_LIGHTS | LOAD_CAMERAS | LOAD_MATERIALS | LOAD_SMOOTHING | LOAD_TOLERANT,
+                nullptr, nullptr);
+    const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    return result == 0 ? seconds : -1;
+}
+
+static double worstRate = 0, bestRate = 0;
+
+static void measure(benchmark::State& state, bool oneMesh)
+{
+    Sample& sample = sampleOf(int(state.range(0)), oneMesh);
+    for (auto _ : state)
+    {
+        const double seconds = loadSeconds(sample);
+        if (seconds < 0)
+            return state.SkipWithError("the scene doesn't load");
+        state.SetIterationTime(seconds);
+        sample.bestRate = std::max(sample.bestRate, sample.triangles / seconds);
+    }
+    state.SetItemsProcessed(int64_t(state.iterations()) * sample.triangles);
+    state.SetBytesProcessed(int64_t(state.iterations()) * int64_t(sample.bytes));
+    state.counters["MB"] = double(sample.bytes) / 1e6;
+    if (oneMesh)
+        return;
+    worstRate = worstRate == 0 ? sample.bestRate : std::min(worstRate, sample.bestRate);
+    bestRate = std::max(bestRate, sample.bestRate);
+}
+
+// items_per_second are triangles.
+static void loadTiles(benchmark::State& state)
+{
+    measure(state, false);
+}
+BENCHMARK(loadTiles)->Arg(10000)->Arg(100000)->Arg(1000000)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+static void loadOneMesh(benchmark::State& state)
+{
+    measure(state, true);
+}
+BENCHMARK(loadOneMesh)->Arg(1000)->Arg(10000)->Arg(64000)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+int main(int argc, char** argv)
+{
+    benchmark::Initialize(&argc, argv);
+    vrkInitErrorLog(3);
+    vrkSelectRasterizer(0);
+    const VRKNativeWindow window = {nullptr, 0, 64, 64};
+    if (vrkInitViewport(&window, 32, 8, 24, false, 0, true) != 0)
+    {
+        fprintf(stderr, "no off-screen surface\n");
+        return 1;
+    }
+    initOpenGL();
+    benchmark::RunSpecifiedBenchmarks();
+    if (worstRate == 0)
+        return 0;
+    printf("tiles: best rate / worst rate = %.2f (linear: no more than 2)\n", bestRate / worstRate);
+    return bestRate / worstRate <= 2 ? 0 : 1;
+}

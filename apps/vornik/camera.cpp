@@ -48,56 +48,102 @@ View cameraView(OGroup* group, int index, bool classic)
     return view;
 }
 
-View framedView(OGroup* group, float aspect, char upAxis)
+bool hasVisibleFaces(OGroup* group)
 {
-    // Right-handed axes of the model: to the right, away from the viewer, up.
-    Vertex3D right = {1, 0, 0}, away = {0, 1, 0}, up = {0, 0, 1};
-    if (upAxis == 'y')
-        right = {1, 0, 0}, away = {0, 0, -1}, up = {0, 1, 0};
-    else if (upAxis == 'x')
-        right = {0, 1, 0}, away = {0, 0, 1}, up = {1, 0, 0};
+    bool any = false;
+    forEachCorner(group, [&any](const Vertex3D&) { any = true; });
+    return any;
+}
 
-    const Vertex3D forward =
-        scaled(right, 0.5f * 0.92f) + scaled(away, 0.8660254f * 0.92f) + scaled(up, -0.3919184f);
+// Centre of the box around all visible faces.
+static Vertex3D middleOf(OGroup* group)
+{
+    Vertex3D low = {FLT_MAX, FLT_MAX, FLT_MAX}, high = {-FLT_MAX, -FLT_MAX, -FLT_MAX};
+    forEachCorner(group,
+                  [&](const Vertex3D& p)
+                  {
+                      low = {std::min(low.x, p.x), std::min(low.y, p.y), std::min(low.z, p.z)};
+                      high = {std::max(high.x, p.x), std::max(high.y, p.y), std::max(high.z, p.z)};
+                  });
+    return scaled(low, 0.5f) + scaled(high, 0.5f);
+}
+
+// The direction of sight of a framed view.
+static Vertex3D framingDirection(const Framing& framing, const Vertex3D& up)
+{
+    // Right-handed axes of the model: to the right and away from the viewer.
+    Vertex3D right = {1, 0, 0}, away = {0, 1, 0};
+    if (framing.upAxis == 'y')
+        away = {0, 0, -1};
+    else if (framing.upAxis == 'x')
+        right = {0, 1, 0}, away = {0, 0, 1};
+
+    const float heading = 30.0f + framing.turn;
+    const Vertex3D level = scaled(right, vrkDSin(heading)) + scaled(away, vrkDCos(heading));
+    return scaled(level, vrkDCos(framing.tilt)) - scaled(up, vrkDSin(framing.tilt));
+}
+
+View framedView(OGroup* group, float aspect, const Framing& framing)
+{
+    const Vertex3D up = {framing.upAxis == 'x' ? 1.0f : 0.0f, framing.upAxis == 'y' ? 1.0f : 0.0f,
+                         framing.upAxis == 'z' ? 1.0f : 0.0f};
+    const Vertex3D forward = framingDirection(framing, up);
     Vertex3D side = forward ^ up;
     side.normalize();
     const Vertex3D above = side ^ forward;
 
-    // For each axis of the picture the least distance at which the leftmost and the rightmost ray fit, and
-    // where between them the eye has to stand.
+    const Vertex3D middle = middleOf(group);
     const float fov = 35.0f;
     const float margin = 0.92f;
     const float tanV = std::tan(vrkRad(fov) / 2.0f) * margin;
     const float tanH = tanV * aspect;
-    float leftMost = -FLT_MAX, rightMost = -FLT_MAX, lowest = -FLT_MAX, highest = -FLT_MAX;
+    // For each edge of the picture the least distance from the middle at which the corners fit in.
+    float left = 0.0f, right = 0.0f, low = 0.0f, high = 0.0f, deepest = 0.0f;
+    forEachCorner(group,
+                  [&](const Vertex3D& corner)
+                  {
+                      const Vertex3D p = corner - middle;
+                      const float depth = p * forward;
+                      right = std::max(right, (p * side) / tanH - depth);
+                      left = std::max(left, -(p * side) / tanH - depth);
+                      high = std::max(high, (p * above) / tanV - depth);
+                      low = std::max(low, -(p * above) / tanV - depth);
+                      deepest = std::max(deepest, depth);
+                  });
+
+    // Between two opposite edges the eye moves aside until both fit equally well.
+    const float distance = std::max({(right + left) / 2.0f, (high + low) / 2.0f, FLT_MIN});
+    View view;
+    view.up = up;
+    view.camera.fov = fov;
+    view.camera.eye = middle + scaled(side, tanH * (right - left) / 2.0f) +
+                      scaled(above, tanV * (high - low) / 2.0f) - scaled(forward, distance);
+    view.camera.target = view.camera.eye + scaled(forward, distance + deepest);
+    return view;
+}
+
+bool seesAnything(OGroup* group, const View& view, float aspect)
+{
+    Vertex3D forward = view.camera.target - view.camera.eye;
+    forward.normalize();
+    Vertex3D side = forward ^ view.up;
+    side.normalize();
+    const Vertex3D above = side ^ forward;
+    // A roll turns the picture about its centre: a circle around the picture holds it at any angle.
+    const float tanV = std::tan(vrkRad(view.camera.fov) / 2.0f);
+    const float reach = tanV * std::hypot(aspect, 1.0f);
     bool any = false;
     forEachCorner(group,
                   [&](const Vertex3D& p)
                   {
-                      const float depth = p * forward;
-                      rightMost = std::max(rightMost, (p * side) / tanH - depth);
-                      leftMost = std::max(leftMost, -(p * side) / tanH - depth);
-                      highest = std::max(highest, (p * above) / tanV - depth);
-                      lowest = std::max(lowest, -(p * above) / tanV - depth);
-                      any = true;
+                      const Vertex3D offset = p - view.camera.eye;
+                      const float depth = offset * forward;
+                      any = any || std::hypot(offset * side, offset * above) < reach * depth;
                   });
-    View view;
-    view.up = up;
-    view.camera.fov = fov;
-    if (!any)
-    {
-        view.camera.eye = scaled(forward, -10.0f);
-        return view;
-    }
-
-    const float distance = std::max((rightMost + leftMost) / 2.0f, (highest + lowest) / 2.0f);
-    view.camera.eye = scaled(side, tanH * (rightMost - leftMost) / 2.0f) +
-                      scaled(above, tanV * (highest - lowest) / 2.0f) - scaled(forward, distance);
-    view.camera.target = view.camera.eye + forward;
-    return view;
+    return any;
 }
 
-void setProjection(OGroup* group, const View& view)
+void setProjection(OGroup* group, const View& view, float aspect)
 {
     Vertex3D forward = view.camera.target - view.camera.eye;
     forward.normalize();
@@ -116,6 +162,7 @@ void setProjection(OGroup* group, const View& view)
         viewport.farClip = farthest * 1.01f;
         viewport.nearClip = std::clamp(nearest * 0.99f, farthest * 3e-5f, farthest * 0.5f);
     }
+    viewport.aspect = aspect;
     viewport.fov = view.camera.fov;
     vrkSetViewport(&viewport);
 }

@@ -15,12 +15,25 @@ struct View
 /// @param classic  takes the field of view as the engine's own; otherwise as the width of a 4:3 picture
 View cameraView(OGroup* group, int index, bool classic);
 
-/// A view from a raised corner that shows all faces of the group, tightly, in a picture of this aspect.
-/// @param upAxis  'x', 'y' or 'z'
-View framedView(OGroup* group, float aspect, char upAxis);
+/// From which side a scene is framed.
+struct Framing
+{
+    char upAxis = 'z';  ///< of the model: 'x', 'y' or 'z'
+    float turn = 0.0f;  ///< degrees around the up axis from the usual side, left of the front
+    float tilt = 28.0f; ///< degrees above level, -85 to 85
+};
+
+/// Is there anything to draw?
+bool hasVisibleFaces(OGroup* group);
+
+/// A view that shows all visible faces of the group, tightly, in a picture of this aspect.
+View framedView(OGroup* group, float aspect, const Framing& framing);
+
+/// Does any corner of a visible face lie within a picture of this aspect?
+bool seesAnything(OGroup* group, const View& view, float aspect);
 
 /// Sets the engine's projection for the view, with clip distances that fit the group.
-void setProjection(OGroup* group, const View& view);
+void setProjection(OGroup* group, const View& view, float aspect);
 
 /// Sets the engine's model-view matrix.
 void lookThrough(View* view);

@@ -1,10 +1,11 @@
 #include "apps/vornik/info.h"
 
+#include <algorithm>
 #include <cstdio>
-#include <filesystem>
 
 #include "apps/vornik/json.h"
 #include "apps/vornik/progressbar.h"
+#include "apps/vornik/text.h"
 
 static std::string objectName(const Object& object)
 {
@@ -32,55 +33,130 @@ static Totals countAll(const OGroup& group, const std::vector<ImageUse>& images)
         for (const Material* material = group.tlists[i]->first->next; material; material = material->next)
             ++totals.materials;
     for (const ImageUse& image : images)
-        totals.missingImages += !image.found;
+        totals.missingImages += image.state != ImageState::read;
     return totals;
+}
+
+static const char* stateNote(ImageState state)
+{
+    switch (state)
+    {
+    case ImageState::missing:
+        return "missing";
+    case ImageState::unreadable:
+        return "unreadable";
+    case ImageState::read:
+        break;
+    }
+    return "found";
+}
+
+/// Rows of texts, printed in columns as wide as their longest text.
+class Table
+{
+public:
+    explicit Table(const std::string& title) { rows.push_back({title}); }
+
+    void add(const std::vector<std::string>& row) { rows.push_back(row); }
+
+    /// A title, with the number of rows behind it, and the rows.
+    void print() const
+    {
+        std::printf("%s: %zu\n", rows[0][0].c_str(), rows.size() - 1);
+        std::vector<size_t> widths;
+        for (size_t row = 1; row < rows.size(); ++row)
+            for (size_t i = 0; i < rows[row].size(); ++i)
+            {
+                widths.resize(std::max(widths.size(), i + 1));
+                widths[i] = std::max(widths[i], columns(rows[row][i]));
+            }
+        for (size_t row = 1; row < rows.size(); ++row)
+        {
+            std::string line = " ";
+            for (size_t i = 0; i < rows[row].size(); ++i)
+                line += " " + padded(rows[row][i], widths[i] + 1);
+            line.erase(line.find_last_not_of(' ') + 1);
+            std::printf("%s\n", line.c_str());
+        }
+    }
+
+private:
+    std::vector<std::vector<std::string>> rows;
+};
+
+static std::string figure(float value)
+{
+    char text[32];
+    std::snprintf(text, sizeof text, "%.6g", static_cast<double>(value));
+    return text;
+}
+
+static std::string place(const Vertex3D& v)
+{
+    return "at " + figure(v.x) + " " + figure(v.y) + " " + figure(v.z);
+}
+
+static void printMeshes(const OGroup& group)
+{
+    Table table("meshes");
+    for (int i = 0; i < group.meshCount; ++i)
+    {
+        const Mesh& mesh = *group.meshes[i];
+        table.add({printable(objectName(mesh)), std::to_string(mesh.vertexCount) + " vertices",
+                   std::to_string(mesh.faceCount) + " faces", mesh.visible ? "" : "hidden"});
+    }
+    table.print();
+}
+
+static void printMaterials(const OGroup& group, const std::vector<ImageUse>& images)
+{
+    Table table("materials");
+    for (int i = 0; i < group.tlistCount; ++i)
+        for (const Material* material = group.tlists[i]->first->next; material; material = material->next)
+            table.add({printable(material->name), material->twoSided ? "two-sided" : "",
+                       material->transparency != 0.0f ? "transparent" : ""});
+    table.print();
+
+    Table used("images");
+    for (const ImageUse& image : images)
+        used.add({printable(image.texture->names[0]), stateNote(image.state), image.role,
+                  printable(image.material->name)});
+    used.print();
+}
+
+static void printLightsAndCameras(const OGroup& group)
+{
+    Table lights("lights");
+    for (int i = 0; i < group.lightCount; ++i)
+    {
+        const Light& light = *group.lights[i];
+        lights.add(
+            {printable(objectName(light)), place(light.location),
+             "colour " + figure(light.color.r) + " " + figure(light.color.g) + " " + figure(light.color.b),
+             "range " + figure(light.innerRange) + " to " + figure(light.outerRange)});
+    }
+    lights.print();
+
+    Table cameras("cameras");
+    for (int i = 0; i < group.cameraCount; ++i)
+    {
+        const Camera& camera = *group.cameras[i];
+        cameras.add({std::to_string(i + 1), printable(objectName(camera)), place(camera.eye),
+                     "field of view " + figure(camera.fov) + " degrees"});
+    }
+    cameras.print();
 }
 
 static void printForPeople(const SceneFile& file, const OGroup& group, const std::vector<ImageUse>& images,
                            const KeyframeFigures& keyframes)
 {
     const Totals totals = countAll(group, images);
-    std::printf("%s: %zu bytes\n\n", file.path.c_str(), file.bytes.size());
-    std::printf("%-20s %8s %8s  %s\n", "mesh", "vertices", "faces", "");
-    for (int i = 0; i < group.meshCount; ++i)
-    {
-        const Mesh& mesh = *group.meshes[i];
-        std::printf("%-20s %8d %8d  %s\n", objectName(mesh).c_str(), mesh.vertexCount, mesh.faceCount,
-                    mesh.visible ? "" : "hidden");
-    }
-    std::printf("%-20s %8d %8d\n\n", (std::to_string(group.meshCount) + " in all").c_str(), totals.vertices,
-                totals.faces);
-
-    std::printf("materials: %d\n", totals.materials);
-    for (int i = 0; i < group.tlistCount; ++i)
-        for (const Material* material = group.tlists[i]->first->next; material; material = material->next)
-        {
-            std::printf("  %s\n", material->name);
-            for (const ImageUse& image : images)
-                if (image.material == material)
-                    std::printf("    %-14s %s%s\n", image.role, image.texture->names[0],
-                                image.found ? "" : "  (missing)");
-        }
-
-    std::printf("lights: %d\n", group.lightCount);
-    for (int i = 0; i < group.lightCount; ++i)
-    {
-        const Light& light = *group.lights[i];
-        std::printf("  %-18s at %g %g %g, colour %.3g %.3g %.3g, range %g to %g\n", objectName(light).c_str(),
-                    static_cast<double>(light.location.x), static_cast<double>(light.location.y),
-                    static_cast<double>(light.location.z), static_cast<double>(light.color.r),
-                    static_cast<double>(light.color.g), static_cast<double>(light.color.b),
-                    static_cast<double>(light.innerRange), static_cast<double>(light.outerRange));
-    }
-    std::printf("cameras: %d\n", group.cameraCount);
-    for (int i = 0; i < group.cameraCount; ++i)
-    {
-        const Camera& camera = *group.cameras[i];
-        std::printf("  %d %-16s at %g %g %g, field of view %.4g degrees\n", i + 1, objectName(camera).c_str(),
-                    static_cast<double>(camera.eye.x), static_cast<double>(camera.eye.y),
-                    static_cast<double>(camera.eye.z), static_cast<double>(camera.fov));
-    }
-    std::printf("animation: %d nodes (%d dummies), %d tracks (%d with more than one key), frames %d to %d\n",
+    std::printf("%s: %zu bytes, %d vertices, %d faces\n", printable(file.path).c_str(), file.bytes.size(),
+                totals.vertices, totals.faces);
+    printMeshes(group);
+    printMaterials(group, images);
+    printLightsAndCameras(group);
+    std::printf("keyframes: %d nodes (%d dummies), %d tracks (%d with more than one key), frames %d to %d\n",
                 keyframes.nodes, keyframes.dummies, keyframes.tracks, keyframes.animatedTracks,
                 keyframes.firstFrame, keyframes.lastFrame);
 }
@@ -118,9 +194,10 @@ static std::string jsonMaterials(const OGroup& group, const std::vector<ImageUse
                     used.push_back(JsonObject()
                                        .add("role", image.role)
                                        .add("name", image.texture->names[0])
-                                       .add("found", image.found)
-                                       .add("width", image.found ? image.texture->width : 0)
-                                       .add("height", image.found ? image.texture->height : 0)
+                                       .add("found", image.state != ImageState::missing)
+                                       .add("readable", image.state == ImageState::read)
+                                       .add("width", image.texture->width)
+                                       .add("height", image.texture->height)
                                        .text());
             materials.push_back(JsonObject()
                                     .add("name", material->name)
@@ -170,15 +247,15 @@ static void printForPrograms(const SceneFile& file, const OGroup& group, const s
                              const KeyframeFigures& keyframes)
 {
     const Totals totals = countAll(group, images);
-    const std::string animation = JsonObject()
-                                      .add("nodes", keyframes.nodes)
-                                      .add("dummies", keyframes.dummies)
-                                      .add("tracks", keyframes.tracks)
-                                      .add("animatedTracks", keyframes.animatedTracks)
-                                      .add("keys", keyframes.keys)
-                                      .add("firstFrame", keyframes.firstFrame)
-                                      .add("lastFrame", keyframes.lastFrame)
-                                      .text();
+    const std::string keyframeFields = JsonObject()
+                                           .add("nodes", keyframes.nodes)
+                                           .add("dummies", keyframes.dummies)
+                                           .add("tracks", keyframes.tracks)
+                                           .add("animatedTracks", keyframes.animatedTracks)
+                                           .add("keys", keyframes.keys)
+                                           .add("firstFrame", keyframes.firstFrame)
+                                           .add("lastFrame", keyframes.lastFrame)
+                                           .text();
     const std::string text = JsonObject()
                                  .add("file", file.path)
                                  .add("bytes", static_cast<int>(file.bytes.size()))
@@ -189,28 +266,27 @@ static void printForPrograms(const SceneFile& file, const OGroup& group, const s
                                  .addRaw("materials", jsonMaterials(group, images))
                                  .addRaw("lights", jsonLights(group))
                                  .addRaw("cameras", jsonCameras(group))
-                                 .addRaw("animation", animation)
+                                 .addRaw("keyframes", keyframeFields)
                                  .text();
     std::printf("%s\n", text.c_str());
 }
 
 int info(const InfoOptions& options)
 {
+    silenceProgress();
     const SceneFile file = readSceneFile(options.scene);
     if (file.fault() != SceneFault::none)
-    {
-        std::fprintf(stderr, "vornik: %s\n", file.faultText().c_str());
-        return 1;
-    }
+        return fail(file.faultText());
+    const std::string problem = problemOf(options.load);
+    if (!problem.empty())
+        return fail(problem);
+
     vrkInitErrorLog(3);
     vrkSelectRasterizer(2); // a silent engine: files are read, nothing is drawn
     Scene scene;
     OGroup* group = loadScene(&scene, file, options.load);
     if (!group)
-    {
-        std::fprintf(stderr, "vornik: %s: the engine can't read the file\n", options.scene.c_str());
-        return 1;
-    }
+        return fail(options.scene + ": the engine can't read the file");
     const std::vector<ImageUse> images = findImages(group);
     const KeyframeFigures keyframes = countKeyframes(file);
     if (options.json)

@@ -3,25 +3,7 @@
 #include <cmath>
 #include <cstdio>
 
-// Length of the UTF-8 sequence that begins here, 0 if it is none.
-static size_t sequenceLength(const std::string& text, size_t at)
-{
-    const unsigned char lead = static_cast<unsigned char>(text[at]);
-    const size_t length = lead < 0x80                   ? 1
-                          : lead >= 0xC2 && lead < 0xE0 ? 2
-                          : lead >= 0xE0 && lead < 0xF0 ? 3
-                                                        : 0;
-    if (length == 0 || at + length > text.size())
-        return 0;
-    for (size_t i = 1; i < length; ++i)
-        if ((static_cast<unsigned char>(text[at + i]) & 0xC0) != 0x80)
-            return 0;
-    if (lead == 0xE0 && static_cast<unsigned char>(text[at + 1]) < 0xA0)
-        return 0;
-    if (lead == 0xED && static_cast<unsigned char>(text[at + 1]) >= 0xA0)
-        return 0;
-    return length;
-}
+#include "apps/vornik/text.h"
 
 std::string jsonString(const std::string& text)
 {
@@ -29,7 +11,7 @@ std::string jsonString(const std::string& text)
     for (size_t i = 0; i < text.size();)
     {
         const unsigned char c = static_cast<unsigned char>(text[i]);
-        const size_t length = sequenceLength(text, i);
+        const size_t length = utf8Length(text, i);
         if (c == '"' || c == '\\')
             quoted += std::string("\\") + text[i];
         else if (c < 0x20 || c == 0x7F || length == 0)

@@ -2,52 +2,124 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 // Reaches as far as any scene.
 static const float endless = 1e18f;
 
-// A lamp without ranges shines without end in the editors that write these files; the engine gives it a long,
-// fading range of its own.
-static void unfold(Light* light)
+// Ranges stand in files also when they are not in force; the engine fades every lamp.
+static void followFile(Light* light, const LampFacts& facts)
 {
-    if (light->innerRange == 0.0f && light->outerRange == 10000.0f)
+    if (!facts.fades)
         light->innerRange = light->outerRange = endless;
+    const float strength = facts.off || !std::isfinite(facts.multiplier) ? 0.0f : facts.multiplier;
+    for (float* channel : {&light->color.r, &light->color.g, &light->color.b})
+        *channel *= strength;
 }
 
-static void addAmbient(OGroup* group, const Vertex3D& up, float ambient)
+static Vertex3D unit(Vertex3D v)
+{
+    v.normalize();
+    return v;
+}
+
+static Light shoulderLamp(const View& view)
+{
+    Vertex3D forward = view.camera.target - view.camera.eye;
+    const float distance = float(forward);
+    forward.normalize();
+    const Vertex3D side = unit(forward ^ view.up);
+    Vertex3D aside = (side ^ forward) - side;
+    aside *= 0.4f * distance;
+
+    Light lamp;
+    lamp.location = view.camera.eye + aside;
+    lamp.color = {0.9f, 0.9f, 0.9f, 1.0f};
+    lamp.innerRange = lamp.outerRange = endless;
+    return lamp;
+}
+
+enum VertexUse : uint8_t
+{
+    usedBehind = 1, ///< by a face that shows its back to the viewer
+    usedInFront = 2
+};
+
+static std::vector<uint8_t> findUses(OGroup* group, Mesh* mesh, const Vertex3D& eye, bool allTwoSided)
+{
+    std::vector<uint8_t> uses(static_cast<size_t>(std::max(mesh->vertexCount, 0)));
+    const Material* material = nullptr;
+    for (int i = 0; i < mesh->faceCount; ++i)
+    {
+        const Facelist& face = mesh->faces[i];
+        if (face.a >= uses.size() || face.b >= uses.size() || face.c >= uses.size())
+            continue;
+        const int id = mesh->faceMaterials[i].materialIndex;
+        if (group->activeTList && (!material || material->id != id))
+            material = group->activeTList->getMaterial(id);
+        const Vertex3D a = mesh->calculatedVertex(face.a), b = mesh->calculatedVertex(face.b),
+                       c = mesh->calculatedVertex(face.c);
+        const bool behind = calcNormal(&a, &b, &c) * (eye - a) < 0.0f;
+        const bool twoSided = allTwoSided || (material && material->twoSided);
+        for (const uint16_t corner : {face.a, face.b, face.c})
+            uses[corner] |= behind && twoSided ? usedBehind : usedInFront;
+    }
+    return uses;
+}
+
+// Light acts on the front of a face. Where a face of two sides shows its back, the normals turn around, so
+// that the side that is seen gets the light.
+static void turnBacks(OGroup* group, const Vertex3D& eye, bool allTwoSided)
+{
+    for (int i = 0; i < group->meshCount; ++i)
+    {
+        Mesh* mesh = group->meshes[i];
+        const std::vector<uint8_t> uses = findUses(group, mesh, eye, allTwoSided);
+        for (size_t vertex = 0; vertex < uses.size(); ++vertex)
+            if (uses[vertex] == usedBehind)
+                mesh->calculatedNormals[vertex] = -mesh->calculatedNormals[vertex];
+    }
+}
+
+// Light from all around, more from above and from the viewer. It fills up what the lamps leave, so that
+// nothing burns out.
+static void addAmbient(OGroup* group, const View& view, float ambient)
 {
     for (int i = 0; i < group->meshCount; ++i)
     {
         Mesh* mesh = group->meshes[i];
         for (int vertex = 0; vertex < mesh->vertexCount; ++vertex)
         {
-            const float slope = mesh->calculatedNormals[vertex] * up;
-            const float light = ambient * (std::isfinite(slope) ? 0.75f + 0.25f * slope : 0.75f);
+            const Vertex3D& normal = mesh->calculatedNormals[vertex];
+            const Vertex3D toViewer =
+                unit(view.camera.eye - (mesh->calculatedVertices[vertex] + mesh->position));
+            const float shape = 0.25f * (normal * view.up) + 0.35f * std::max(normal * toViewer, 0.0f);
+            const float light = ambient * (std::isfinite(shape) ? 0.75f + shape : 0.75f);
             Color& color = mesh->lightColors[vertex];
             for (float* channel : {&color.r, &color.g, &color.b})
-                *channel = std::min(*channel + light, 1.0f);
+                *channel = std::clamp(*channel + light * (1.0f - *channel), 0.0f, 1.0f);
         }
     }
 }
 
-void lightScene(OGroup* group, const Vertex3D& eye, const Vertex3D& up, const LightOptions& options)
+void lightScene(OGroup* group, const View& view, const std::vector<LampFacts>& lamps,
+                const LightOptions& options)
 {
+    if (!options.classic)
+        turnBacks(group, view.camera.eye, options.twoSided);
+
     const int shadows = options.shadows ? VRK_LIGHT_SHADOWS : 0;
     for (int i = 0; i < group->lightCount; ++i)
     {
-        if (!options.classic)
-            unfold(group->lights[i]);
+        if (!options.classic && static_cast<size_t>(i) < lamps.size())
+            followFile(group->lights[i], lamps[static_cast<size_t>(i)]);
         group->calcDynamicLight(group->lights[i], shadows | (i == 0 ? VRK_LIGHT_CLEAR : 0));
     }
-
     if (group->lightCount == 0)
     {
-        Light lamp;
-        lamp.location = eye;
-        lamp.color = {0.85f, 0.85f, 0.85f, 1.0f};
-        lamp.innerRange = lamp.outerRange = endless;
-        group->calcDynamicLight(&lamp, VRK_LIGHT_CLEAR);
+        Light lamp = shoulderLamp(view);
+        group->calcDynamicLight(&lamp, shadows | VRK_LIGHT_CLEAR);
     }
-    addAmbient(group, up, options.ambient);
+    addAmbient(group, view, options.ambient);
     group->applyLights();
 }

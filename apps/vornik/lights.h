@@ -1,14 +1,20 @@
 // Light for a picture: the file's own lamps, and enough more that nothing is lost in the dark.
 #pragma once
 
-#include "vornik/vornik.h"
+#include <vector>
+
+#include "apps/vornik/camera.h"
+#include "apps/vornik/scenefile.h"
 
 struct LightOptions
 {
-    bool classic = false;
+    bool classic = false; ///< takes the lamps as the engine read them
     bool shadows = false;
+    bool twoSided = false; ///< all faces are drawn from both sides
     float ambient = 0.25f; ///< light that reaches every vertex, more from above than from below
 };
 
-/// Lights all meshes of the group. A group without lights gets one at eye.
-void lightScene(OGroup* group, const Vertex3D& eye, const Vertex3D& up, const LightOptions& options);
+/// Lights all meshes of the group for a look from the view. A group without lights gets one that stands over
+/// the viewer's shoulder. @param lamps  what the file says of the group's lights
+void lightScene(OGroup* group, const View& view, const std::vector<LampFacts>& lamps,
+                const LightOptions& options);

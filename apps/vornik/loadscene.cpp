@@ -1,12 +1,21 @@
 #include "apps/vornik/loadscene.h"
 
-#include <cstdlib>
+#include <algorithm>
+#include <cctype>
 #include <cstring>
 #include <filesystem>
 
 #include "apps/vornik/progressbar.h"
 
 namespace fs = std::filesystem;
+
+std::string problemOf(const LoadOptions& options)
+{
+    std::error_code failed;
+    if (!options.textures.empty() && !fs::is_directory(options.textures, failed))
+        return options.textures + ": no such folder";
+    return "";
+}
 
 OGroup* loadScene(Scene* scene, const SceneFile& file, const LoadOptions& options)
 {
@@ -25,15 +34,35 @@ OGroup* loadScene(Scene* scene, const SceneFile& file, const LoadOptions& option
     return group;
 }
 
+static bool equalButForCase(const std::string& a, const std::string& b)
+{
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](unsigned char x, unsigned char y) { return std::toupper(x) == std::toupper(y); });
+}
+
+// Is there a file of this name in the folder of the images, which the process has moved into?
+static bool isInFolder(const std::string& name)
+{
+    const std::string file = name.substr(name.find_last_of("\\/") + 1);
+    std::error_code failed;
+    for (const fs::directory_entry& entry : fs::directory_iterator(".", failed))
+        if (equalButForCase(entry.path().filename().string(), file))
+            return true;
+    return false;
+}
+
 // The loader reads the first texture and the opacity map; the rest is read here to see whether it is there.
-static bool canBeRead(Texture* texture)
+static ImageState stateOf(Texture* texture)
 {
     if (texture->width > 0)
-        return true;
+        return ImageState::read;
     texture->extractNames();
-    const bool read = texture->loadTexture(texture->frameCount > 1 ? 1 : 0, 1.0f) == 0;
+    const bool isRead =
+        texture->loadTexture(texture->frameCount > 1 ? 1 : 0, 1.0f) == 0 && texture->width > 0;
     vrkFree(reinterpret_cast<char**>(&texture->pixels));
-    return read && texture->width > 0;
+    if (isRead)
+        return ImageState::read;
+    return isInFolder(texture->names[0]) ? ImageState::unreadable : ImageState::missing;
 }
 
 std::vector<ImageUse> findImages(OGroup* group)
@@ -45,7 +74,7 @@ std::vector<ImageUse> findImages(OGroup* group)
             const auto add = [&](Texture* texture, const char* role)
             {
                 if (texture && std::strcmp(texture->names[0], "VRKCreated.VRK") != 0)
-                    images.push_back({material, texture, role, canBeRead(texture)});
+                    images.push_back({material, texture, role, stateOf(texture)});
             };
             add(material->firstTexture, "texture");
             add(material->opacityTexture, "opacity");

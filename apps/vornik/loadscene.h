@@ -14,11 +14,21 @@ struct LoadOptions
     bool smooth = true;
 };
 
+/// What is wrong with the options, for people; empty if nothing is.
+std::string problemOf(const LoadOptions& options);
+
 /// Reads the file into a new group of the scene. The engine must run, silently or not.
 /// The process moves into the folder of the images: the engine keeps paths short, and a name in that folder
 /// always fits. So make other paths absolute first.
 /// @return null if the engine refuses the file
 OGroup* loadScene(Scene* scene, const SceneFile& file, const LoadOptions& options);
+
+enum class ImageState
+{
+    read,
+    missing,   ///< there is no such file
+    unreadable ///< it is there, in a form that can't be read
+};
 
 /// One image that a material names.
 struct ImageUse
@@ -26,7 +36,7 @@ struct ImageUse
     Material* material;
     Texture* texture;
     const char* role; ///< "texture", "opacity", "reflection" or "second texture"
-    bool found;
+    ImageState state;
 };
 
 /// The images of all materials. Reads those that the loader leaves alone.

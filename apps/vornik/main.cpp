@@ -2,56 +2,123 @@
 
 #include <CLI/CLI.hpp>
 
+#include "apps/vornik/arguments.h"
 #include "apps/vornik/info.h"
 #include "apps/vornik/render.h"
 
+enum ExitStatus
+{
+    statusFailed = 1, ///< a file can't be served; the subcommands return it
+    statusUsage = 2   ///< the command line makes no sense
+};
+
+// The options live as long as the program: the command line's callbacks fill them.
+static RenderOptions renderOptions;
+static InfoOptions infoOptions;
+
 static void addLoadOptions(CLI::App* command, LoadOptions* load)
 {
-    command->add_option("--textures", load->textures, "Folder of the images (the scene's own)");
+    command->add_option("--textures", load->textures, "Folder of the images (the scene's own)")
+        ->type_name("DIR");
     command->add_flag("--classic", load->classic, "Read the file strictly, as old hosts do");
 }
 
-static CLI::App* addRender(CLI::App* app, RenderOptions* options, std::string* size)
+// Checks an option's text with a function that stores the value.
+template <typename Parse>
+static CLI::Validator parsedBy(Parse parse, const std::string& expected)
+{
+    return CLI::Validator([parse, expected](std::string& text)
+                          { return parse(text) ? std::string() : text + ": use " + expected; },
+                          "");
+}
+
+static void addPictureOptions(CLI::App* command, PictureOptions* picture)
+{
+    static std::string size = "1280x720", background = "30333c";
+    command->add_option("--size", size, "Width and height in pixels")
+        ->check(parsedBy([picture](const std::string& text)
+                         { return parseSize(text, &picture->width, &picture->height); },
+                         "WIDTHxHEIGHT, each from 1 to 16384"))
+        ->type_name("WxH")
+        ->capture_default_str();
+    command->add_option("--samples", picture->samples, "Samples along each side of a pixel")
+        ->check(CLI::Range(1, 8))
+        ->type_name("N")
+        ->capture_default_str();
+    command->add_option("--background", background, "RRGGBB or black, white, grey, red, green, blue, sky")
+        ->check(parsedBy([picture](const std::string& text)
+                         { return parseColor(text, &picture->background); },
+                         "RRGGBB or one of black, white, grey, red, green, blue, sky"))
+        ->type_name("COLOR")
+        ->capture_default_str();
+
+    const auto addStyle = [&](const char* name, int flag, const char* text)
+    {
+        command->add_flag_callback(
+            name, [picture, flag] { picture->flags |= flag; }, text);
+    };
+    addStyle("--wire", VRK_RENDER_WIRE, "Draw edges only");
+    addStyle("--flat", VRK_RENDER_FLAT, "Shade each face flat");
+    addStyle("--no-textures", VRK_RENDER_NOTEXTURE, "Draw light only");
+    addStyle("--two-sided", VRK_RENDER_TWOSIDED, "Draw faces from behind, too");
+}
+
+static void addViewOptions(CLI::App* command, RenderOptions* options)
+{
+    Framing* framing = &options->framing;
+    command
+        ->add_option("--camera", options->camera,
+                     "Camera of the file, from 1; 0 frames the whole scene (the first camera)")
+        ->check(CLI::NonNegativeNumber)
+        ->type_name("N");
+    command->add_option("--up", framing->upAxis, "Axis that points up where the scene is framed: x, y or z")
+        ->check(CLI::IsMember({'x', 'y', 'z'}))
+        ->type_name("AXIS")
+        ->default_str("z");
+    command->add_option("--turn", framing->turn, "Frame from further around, in degrees")
+        ->check(CLI::Range(-360.0f, 360.0f))
+        ->type_name("DEGREES")
+        ->capture_default_str();
+    command->add_option("--tilt", framing->tilt, "Frame from this height, in degrees above level")
+        ->check(CLI::Range(-85.0f, 85.0f))
+        ->type_name("DEGREES")
+        ->capture_default_str();
+}
+
+static CLI::App* addRender(CLI::App* app, RenderOptions* options)
 {
     CLI::App* command = app->add_subcommand("render", "Draw a picture of a scene");
-    command->footer("Example: vornik render harbour.3ds -o harbour.png --size 1920x1080 --shadows");
+    command->footer("Examples:\n"
+                    "  vornik render harbour.3ds -o harbour.png --size 1920x1080 --shadows\n"
+                    "  vornik render plane.3ds -o plane.jpg --camera 0 --turn 120 --background sky\n"
+                    "Exit status: 0 done, 1 a file can't be read or written, 2 a wrong command line.");
     command->add_option("FILE.3DS", options->scene, "The scene")->required();
-    command->add_option("-o,--output", options->output, "The picture, a .png or .jpg")->required();
-    command->add_option("--size", *size, "Width and height in pixels")->default_str("1280x720");
-    command->add_option("--camera", options->camera, "Camera of the file, from 1; 0 frames the whole scene")
-        ->check(CLI::NonNegativeNumber);
+    command->add_option("-o,--output", options->output, "The picture, a .png, .jpg or .jpeg")
+        ->check(parsedBy(isImageName, "a name that ends in .png, .jpg or .jpeg"))
+        ->type_name("FILE")
+        ->required();
+    addPictureOptions(command, &options->picture);
+    addViewOptions(command, options);
     command->add_flag("--smooth,!--no-smooth", options->load.smooth,
                       "Split vertices along smoothing groups (on)");
-    command->add_flag("--shadows", options->light.shadows, "Trace shadows");
+    command->add_flag("--shadows", options->light.shadows, "Trace the shadows of every light");
     command->add_option("--ambient", options->light.ambient, "Light that reaches everything, 0 to 1")
         ->check(CLI::Range(0.0f, 1.0f))
+        ->type_name("F")
         ->capture_default_str();
-    command->add_option("--background", options->background, "RRGGBB or a name such as black, white, sky")
-        ->capture_default_str();
-    command->add_option("--samples", options->samples, "Samples along each side of a pixel")
-        ->check(CLI::Range(1, 8))
-        ->capture_default_str();
-    command->add_option("--up", options->upAxis, "Axis that points up when the scene is framed")
-        ->check(CLI::IsMember({'x', 'y', 'z'}))
-        ->default_str("z");
-    command->add_flag_callback(
-        "--wire", [options] { options->flags |= VRK_RENDER_WIRE; }, "Draw edges only");
-    command->add_flag_callback(
-        "--flat", [options] { options->flags |= VRK_RENDER_FLAT; }, "Shade each face flat");
-    command->add_flag_callback(
-        "--no-textures", [options] { options->flags |= VRK_RENDER_NOTEXTURE; }, "Draw light only");
-    command->add_flag_callback(
-        "--two-sided", [options] { options->flags |= VRK_RENDER_TWOSIDED; }, "Draw faces from behind, too");
+    addLoadOptions(command, &options->load);
     command->add_flag("--partial", options->partial, "Draw what there is of a file that is cut short");
     command->add_flag("--quiet", options->quiet, "No progress bar, no lines about missing images");
-    addLoadOptions(command, &options->load);
     return command;
 }
 
 static CLI::App* addInfo(CLI::App* app, InfoOptions* options)
 {
     CLI::App* command = app->add_subcommand("info", "Tell what is in a scene");
-    command->footer("Example: vornik info harbour.3ds --json");
+    command->footer("Examples:\n"
+                    "  vornik info harbour.3ds\n"
+                    "  vornik info harbour.3ds --json | python3 -m json.tool\n"
+                    "Exit status: 0 done, 1 the file can't be read, 2 a wrong command line.");
     command->add_option("FILE.3DS", options->scene, "The scene")->required();
     command->add_flag("--json", options->json, "Print JSON for programs");
     addLoadOptions(command, &options->load);
@@ -63,30 +130,23 @@ int main(int argc, char** argv)
     CLI::App app("Vornik, a real-time 3D engine: look at .3DS scenes from the command line.", "vornik");
     app.set_version_flag("--version", "vornik " VORNIK_VERSION);
     app.require_subcommand(1);
-
-    RenderOptions renderOptions;
-    InfoOptions infoOptions;
-    infoOptions.load.smooth = false;
-    std::string size = "1280x720";
-    CLI::App* renderCommand = addRender(&app, &renderOptions, &size);
+    app.footer("vornik render --help and vornik info --help list the options.");
+    CLI::App* renderCommand = addRender(&app, &renderOptions);
     CLI::App* infoCommand = addInfo(&app, &infoOptions);
     try
     {
         app.parse(argc, argv);
-        Color background;
-        if (!parseSize(size, &renderOptions.width, &renderOptions.height))
-            throw CLI::ValidationError("--size", "WIDTHxHEIGHT, each from 1 to 8192");
-        if (!parseColor(renderOptions.background, &background))
-            throw CLI::ValidationError("--background",
-                                       "RRGGBB or one of black, white, grey, red, green, blue, sky");
     }
     catch (const CLI::ParseError& error)
     {
-        return app.exit(error) == 0 ? 0 : 1;
+        return app.exit(error) == 0 ? 0 : statusUsage;
     }
 
-    renderOptions.light.classic = renderOptions.load.classic;
     if (renderCommand->parsed())
+    {
+        renderOptions.light.classic = renderOptions.load.classic;
+        renderOptions.light.twoSided = (renderOptions.picture.flags & VRK_RENDER_TWOSIDED) != 0;
         return render(renderOptions);
-    return infoCommand->parsed() ? info(infoOptions) : 1;
+    }
+    return infoCommand->parsed() ? info(infoOptions) : statusUsage;
 }

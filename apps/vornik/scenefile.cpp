@@ -76,6 +76,53 @@ static void forEachChunk(const std::vector<uint8_t>& bytes, size_t begin, size_t
     }
 }
 
+// Content of an object chunk behind its name.
+static size_t behindName(const SceneFile& file, size_t begin, size_t end)
+{
+    while (begin < end && file.bytes[begin] != 0)
+        ++begin;
+    return std::min(begin + 1, end);
+}
+
+static LampFacts readLamp(const SceneFile& file, size_t begin, size_t end)
+{
+    const size_t placeBytes = 12;
+    LampFacts lamp;
+    forEachChunk(file.bytes, std::min(begin + placeBytes, end), end,
+                 [&](int id, size_t from, size_t to)
+                 {
+                     if (id == 0x4620)
+                         lamp.off = true;
+                     else if (id == 0x4625)
+                         lamp.fades = true;
+                     else if (id == 0x465B && to - from >= 4)
+                         std::memcpy(&lamp.multiplier, &file.bytes[from], 4);
+                 });
+    return lamp;
+}
+
+std::vector<LampFacts> readLamps(const SceneFile& file)
+{
+    std::vector<LampFacts> lamps;
+    const auto readObject = [&](int id, size_t begin, size_t end)
+    {
+        if (id == 0x4600)
+            lamps.push_back(readLamp(file, begin, end));
+    };
+    const auto readSection = [&](int id, size_t begin, size_t end)
+    {
+        if (id == 0x4000)
+            forEachChunk(file.bytes, behindName(file, begin, end), end, readObject);
+    };
+    forEachChunk(file.bytes, chunkHeader, file.bytes.size(),
+                 [&](int id, size_t begin, size_t end)
+                 {
+                     if (id == 0x3D3D)
+                         forEachChunk(file.bytes, begin, end, readSection);
+                 });
+    return lamps;
+}
+
 static void countNode(const SceneFile& file, size_t begin, size_t end, KeyframeFigures* figures)
 {
     ++figures->nodes;

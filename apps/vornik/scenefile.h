@@ -42,3 +42,14 @@ struct KeyframeFigures
 };
 
 KeyframeFigures countKeyframes(const SceneFile& file);
+
+/// What the engine doesn't read of a lamp.
+struct LampFacts
+{
+    bool fades = false; ///< its ranges are in force
+    bool off = false;
+    float multiplier = 1.0f;
+};
+
+/// One for each lamp, in the order of the file.
+std::vector<LampFacts> readLamps(const SceneFile& file);

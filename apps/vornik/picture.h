@@ -1,0 +1,24 @@
+// Drawing a group into a picture of any size.
+//
+// The picture is drawn tile by tile on one small off-screen surface, each tile with several samples a pixel:
+// drivers limit the size of a surface, and a picture of many samples soon exceeds it.
+#pragma once
+
+#include "apps/vornik/camera.h"
+#include "apps/vornik/imagefile.h"
+
+struct PictureOptions
+{
+    int width = 1280;
+    int height = 720;
+    int samples = 3; ///< along each side of a pixel
+    int flags = 0;   ///< VRK_RENDER_... bits of style
+    Color background = {0.19f, 0.2f, 0.235f, 1.0f};
+};
+
+/// Starts the engine on an off-screen surface that suits the picture. Load the scene after it.
+/// @return false if the system has no OpenGL for that
+bool startDrawing(const PictureOptions& options);
+
+/// Draws the group. The meshes of the group change their order: the farthest comes first.
+Image drawPicture(OGroup* group, View* view, const PictureOptions& options);

@@ -122,27 +122,6 @@ View framedView(OGroup* group, float aspect, const Framing& framing)
     return view;
 }
 
-bool seesAnything(OGroup* group, const View& view, float aspect)
-{
-    Vertex3D forward = view.camera.target - view.camera.eye;
-    forward.normalize();
-    Vertex3D side = forward ^ view.up;
-    side.normalize();
-    const Vertex3D above = side ^ forward;
-    // A roll turns the picture about its centre: a circle around the picture holds it at any angle.
-    const float tanV = std::tan(vrkRad(view.camera.fov) / 2.0f);
-    const float reach = tanV * std::hypot(aspect, 1.0f);
-    bool any = false;
-    forEachCorner(group,
-                  [&](const Vertex3D& p)
-                  {
-                      const Vertex3D offset = p - view.camera.eye;
-                      const float depth = offset * forward;
-                      any = any || std::hypot(offset * side, offset * above) < reach * depth;
-                  });
-    return any;
-}
-
 void setProjection(OGroup* group, const View& view, float aspect)
 {
     Vertex3D forward = view.camera.target - view.camera.eye;

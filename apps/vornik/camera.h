@@ -29,9 +29,6 @@ bool hasVisibleFaces(OGroup* group);
 /// A view that shows all visible faces of the group, tightly, in a picture of this aspect.
 View framedView(OGroup* group, float aspect, const Framing& framing);
 
-/// Does any corner of a visible face lie within a picture of this aspect?
-bool seesAnything(OGroup* group, const View& view, float aspect);
-
 /// Sets the engine's projection for the view, with clip distances that fit the group.
 void setProjection(OGroup* group, const View& view, float aspect);
 

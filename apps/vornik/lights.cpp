@@ -30,11 +30,11 @@ static Light shoulderLamp(const View& view)
     forward.normalize();
     const Vertex3D side = unit(forward ^ view.up);
     Vertex3D aside = (side ^ forward) - side;
-    aside *= 0.4f * distance;
+    aside *= 0.3f * distance;
 
     Light lamp;
     lamp.location = view.camera.eye + aside;
-    lamp.color = {0.9f, 0.9f, 0.9f, 1.0f};
+    lamp.color = {1.0f, 1.0f, 1.0f, 1.0f};
     lamp.innerRange = lamp.outerRange = endless;
     return lamp;
 }

@@ -8,22 +8,29 @@
 #include "apps/vornik/progressbar.h"
 #include "apps/vornik/text.h"
 
-static float aspectOf(const PictureOptions& picture)
+// From 1 as the file has them; 0 frames the scene.
+static int chosenCamera(const OGroup& group, const RenderOptions& options)
 {
-    return static_cast<float>(picture.width) / static_cast<float>(picture.height);
+    return options.camera >= 0 ? options.camera : std::min(group.cameraCount, 1);
 }
 
 static View chooseView(OGroup* group, const RenderOptions& options)
 {
-    const float aspect = aspectOf(options.picture);
-    const int wanted = options.camera >= 0 ? options.camera : std::min(group->cameraCount, 1);
-    if (wanted == 0)
-        return framedView(group, aspect, options.framing);
+    const int camera = chosenCamera(*group, options);
+    if (camera > 0)
+        return cameraView(group, camera - 1, options.load.classic);
+    const float aspect =
+        static_cast<float>(options.picture.width) / static_cast<float>(options.picture.height);
+    return framedView(group, aspect, options.framing);
+}
 
-    const View view = cameraView(group, wanted - 1, options.load.classic);
-    if (!options.quiet && !seesAnything(group, view, aspect))
-        std::fprintf(stderr, "camera %d sees nothing of the scene; --camera 0 shows all of it\n", wanted);
-    return view;
+static void reportEmptyPicture(const Image& picture, int camera)
+{
+    const size_t pixel = 3;
+    const bool plain = std::equal(picture.rgb.begin() + pixel, picture.rgb.end(), picture.rgb.begin(),
+                                  picture.rgb.end() - pixel);
+    if (plain && camera > 0)
+        std::fprintf(stderr, "camera %d sees nothing of the scene; --camera 0 shows all of it\n", camera);
 }
 
 // What stands in the way of a picture before the engine starts; empty if nothing does.
@@ -74,6 +81,9 @@ int render(const RenderOptions& options)
 
     View view = chooseView(group, options);
     lightScene(group, view, readLamps(file), options.light);
-    problem = saveImage(output, drawPicture(group, &view, options.picture));
+    const Image picture = drawPicture(group, &view, options.picture);
+    if (!options.quiet)
+        reportEmptyPicture(picture, chosenCamera(*group, options));
+    problem = saveImage(output, picture);
     return problem.empty() ? 0 : fail(options.output + ": " + problem);
 }

@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "samples/landscape.h"
+#include "samples/props.h"
 
 namespace sample
 {
@@ -47,7 +48,7 @@ static const Boat boats[] = {
     {"Sloop far", {-2.5f, 26}, 3, 9, 2.8f, 1.0f, 3, sloop},
     {"Smack", {-17, 42.5f}, 94, 9.5f, 3.0f, 1.05f, 2, sloop},
     {"Rowing boat", {-6.6f, -8.2f}, -38, 4.3f, 1.55f, 0.5f, 1, oars},
-    {"Dinghy", {-2.4f, -13.6f}, 14, 3.7f, 1.4f, 0.45f, 3, oars},
+    {"Dinghy", {-2.7f, -12.4f}, 17, 3.7f, 1.4f, 0.45f, 3, oars},
     {"Skiff", {-10.5f, 5.5f}, 118, 4.2f, 1.5f, 0.48f, 0, oars},
 };
 
@@ -273,8 +274,8 @@ private:
         const float w = 0.78f, d = 1.0f, height = 2.05f;
         b.frame = Frame::at(foot).within(b.frame);
         b.cell = 1;
-        b.material = plasterCream;
-        b.box({-w, -d, 0}, {w, d, height}, 10, "xXyY");
+        b.material = hulls;
+        b.crate({-w, -d, 0}, {w, d, height}, {{0, 0.30f}, {0.3f, 0.44f}}, "xXyY");
         b.cell = 100;
         b.material = planksWarm;
         b.box({-w - 0.15f, -d - 0.2f, height}, {w + 0.15f, d + 0.25f, height + 0.12f}, 1.5f);
@@ -419,6 +420,27 @@ void addBoats(Scene& scene)
     }
 }
 
+// Lines from the boats along the east quay to its bollards.
+static void addMooring(Scene& scene, Vec3 eye)
+{
+    Mesh& mesh = scene.addMesh("Mooring");
+    Builder b(mesh);
+    b.material = ropes;
+    for (const Boat& boat : boats)
+    {
+        if (boat.place.x < -4 || boat.rig == oars)
+            continue;
+        for (const float end : {-0.47f, 0.47f})
+        {
+            const Vec3 from = frameOf(boat).point({0.1f, end * boat.length, boat.freeboard * 1.1f});
+            const Vec3 to = nearestBollard(from.y + end * 6);
+            const float span = length(to - from);
+            b.ribbon(from, to, 0.09f, eye, {{0, 0}, {1, span / 0.9f}}, 0.06f * span, 6);
+        }
+    }
+    sortFarToNear(mesh, eye);
+}
+
 void addRigging(Scene& scene, Vec3 eye)
 {
     for (const Boat& boat : boats)
@@ -434,6 +456,7 @@ void addRigging(Scene& scene, Vec3 eye)
         lines.hasPivot = true;
         sortFarToNear(lines, eye);
     }
+    addMooring(scene, eye);
 }
 
 } // namespace sample

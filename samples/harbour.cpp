@@ -12,7 +12,7 @@
 namespace sample
 {
 
-static const Vec3 heroEye = {4.0f, -26.2f, 4.3f}, heroTarget = {-4.4f, 20, 4.4f};
+static const Vec3 heroEye = {4.1f, -25.2f, 4.2f}, heroTarget = {-4.6f, 20, 4.9f};
 
 Mesh& Scene::addMesh(const std::string& name)
 {
@@ -36,7 +36,7 @@ static void addLights(Scene& scene)
 {
     const Vec3 sun = sunDirection();
     scene.lights.push_back({"Sun", sun * 6000, {1.0f, 0.71f, 0.38f}, 20000, 30000});
-    scene.lights.push_back({"Sky", {-300, -700, 1700}, {0.16f, 0.19f, 0.27f}, 20000, 30000});
+    scene.lights.push_back({"Sky", {-300, -700, 1700}, {0.21f, 0.21f, 0.27f}, 20000, 30000});
     scene.lights.push_back({"Sky east", {900, -500, 500}, {0.07f, 0.07f, 0.12f}, 20000, 30000});
     scene.lights.push_back({"Sky north", {-700, 1200, 500}, {0.16f, 0.12f, 0.10f}, 20000, 30000});
     scene.lights.push_back({"Sky south", {-200, -1200, 250}, {0.10f, 0.10f, 0.14f}, 20000, 30000});
@@ -44,7 +44,7 @@ static void addLights(Scene& scene)
                                         "Lamp 5", "Lamp 6", "Lamp 7", "Lamp 8"};
     size_t i = 0;
     for (const Vec3 flame : lampPlaces())
-        scene.lights.push_back({names[i++], flame, {0.85f, 0.52f, 0.22f}, 1.5f, 9.5f});
+        scene.lights.push_back({names[i++], flame, {0.80f, 0.42f, 0.15f}, 1.2f, 9});
     scene.lights.push_back(
         {"Beacon", lighthousePlace + Vec3{0, 0, lighthouseHeight + 1.1f}, {0.6f, 0.5f, 0.3f}, 2, 9});
     scene.lights.push_back({"Shop", {8.6f, -12.2f, quayHeight + 1.6f}, {0.8f, 0.48f, 0.2f}, 0.8f, 6});
@@ -53,14 +53,14 @@ static void addLights(Scene& scene)
 static void addCameras(Scene& scene)
 {
     scene.cameras.push_back({"Quay",
-                             43,
+                             38,
                              {{0, heroEye, heroTarget},
                               {90, {2.2f, -10, 5.2f}, {-9, 27, 4.5f}},
                               {180, {-8, 6, 7.5f}, {-20, 36, 6}},
                               {270, {-16, -8, 9}, {2, 22, 5}},
                               {360, heroEye, heroTarget}}});
     scene.cameras.push_back(
-        {"Mole", 43, {{0, {-22, 1.5f, 3.2f}, {8, 15.5f, 4.8f}}, {360, {-22, 1.5f, 3.2f}, {8, 15.5f, 4.8f}}}});
+        {"Mole", 38, {{0, {-22, 1.5f, 3.2f}, {8, 15.5f, 4.8f}}, {360, {-22, 1.5f, 3.2f}, {8, 15.5f, 4.8f}}}});
 }
 
 Scene buildHarbour()

@@ -216,7 +216,7 @@ private:
                 else if (s > 0 || h.door != 3)
                     window(middle, floor + storey * 0.36f, number, shutters);
                 else
-                    flat({middle - 0.95f, 0, 0.1f}, 1.9f, 2.3f, cellOf(3, 0, 4, 1), doors);
+                    flat({middle - 0.95f, 0, 0.1f}, 1.9f, 2.3f, cellOf(3, 0, 4, 1), shopWindow);
             }
         }
         if (h.gableFront && ridge > 2.6f)
@@ -261,7 +261,7 @@ private:
         // Cut across, since the ends lie in the roof and under the cap, where no light comes.
         b.cell = 0.85f;
         const float top = h.eaves + ridge + 0.95f;
-        const float x = h.width * (h.gableFront ? 0.27f : 0.2f + 0.5f * randomValue(id, 7));
+        const float x = h.width * (h.gableFront ? 0.36f : 0.2f + 0.5f * randomValue(id, 7));
         const float y = h.depth * (h.gableFront ? 0.6f : 0.42f);
         b.material = bricks;
         b.box({x - 0.4f, y - 0.35f, top - 2.5f}, {x + 0.4f, y + 0.35f, top}, 2.2f, "xXyY");

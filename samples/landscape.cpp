@@ -43,10 +43,10 @@ void addSky(Scene& scene)
 {
     Mesh& sky = scene.addMesh("Sky");
     skyHalf(sky, skyFront, skySeam, 20, 9, 0);
-    skyHalf(sky, skyBack, skySeam + pi, 8, 5, 0);
+    skyHalf(sky, skyBack, skySeam + pi, 9, 9, 0);
     Mesh& mirrored = scene.addMesh("Sky below");
     skyHalf(mirrored, skyFront, skySeam, 14, 7, materialCount);
-    skyHalf(mirrored, skyBack, skySeam + pi, 6, 4, materialCount);
+    skyHalf(mirrored, skyBack, skySeam + pi, 6, 7, materialCount);
 }
 
 // Height of the land; it rises inland and falls to the open sea in the west.

@@ -34,6 +34,7 @@ static const Material materials[materialCount] = {
     {"Windows", "windows.jpg", rgb(0x909090), 18, false, false},
     {"Windows lit", "windows.jpg", rgb(0xf0b050), 95, false, false},
     {"Doors", "doors.jpg", rgb(0x6c5040), 20, false, false},
+    {"Shop window", "doors.jpg", rgb(0xd09050), 85, false, false},
     {"Lighthouse", "lighthouse.jpg", rgb(0xd8b0a0), 0, false, false},
     {"Lamp glass", "lampglass.jpg", rgb(0xffd080), 100, false, false},
     {"Beacon", "", rgb(0xfff4d0), 100, false, true},

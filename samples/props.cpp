@@ -48,6 +48,17 @@ const std::vector<Vec3>& lampPlaces()
     return places;
 }
 
+Vec3 nearestBollard(float y)
+{
+    const Spot* nearest = bollards;
+    for (const Spot& s : bollards)
+    {
+        if (std::abs(s.y - y) < std::abs(nearest->y - y))
+            nearest = &s;
+    }
+    return {nearest->x, nearest->y, quayHeight + 0.4f};
+}
+
 static Vec3 onQuay(const Spot& s, float z = 0)
 {
     return {s.x, s.y, quayHeight + z};
@@ -284,6 +295,35 @@ static void stallAndCart(Scene& scene)
     }
 }
 
+// An old anchor, leaning on its stock.
+static void anchor(Scene& scene)
+{
+    Mesh& mesh = scene.addMesh("Anchor");
+    Builder b(mesh);
+    b.material = iron;
+    b.frame = Frame::turned({4.35f, -15.6f, quayHeight + 0.1f}, 63);
+    b.frame.z = unit(b.frame.z + b.frame.y * 2.4f);
+    b.frame.y = cross(b.frame.z, b.frame.x);
+    b.rod({0, 0, 0}, {0, 0, 1.55f}, 0.07f, 0.05f, 6, 0.6f);
+    b.rod({0, -0.62f, 1.36f}, {0, 0.62f, 1.36f}, 0.04f, 0.04f, 5, 0.6f);
+    for (const float side : {-1.0f, 1.0f})
+    {
+        b.rod({0, 0, 0.02f}, {side * 0.34f, 0, 0.1f}, 0.08f, 0.07f, 5, 0.6f);
+        b.rod({side * 0.34f, 0, 0.1f}, {side * 0.6f, 0, 0.36f}, 0.07f, 0.045f, 5, 0.6f);
+        b.rod({side * 0.47f, -0.16f, 0.3f}, {side * 0.62f, 0, 0.5f}, 0.03f, 0.03f, 3, 0.6f);
+        b.rod({side * 0.47f, 0.16f, 0.3f}, {side * 0.62f, 0, 0.5f}, 0.03f, 0.03f, 3, 0.6f);
+    }
+    for (int i = 0; i < 8; ++i)
+    {
+        const auto ring = [](int k)
+        {
+            const float a = 2 * pi * static_cast<float>(k) / 8;
+            return Vec3{0.13f * std::cos(a), 0, 1.67f + 0.13f * std::sin(a)};
+        };
+        b.rod(ring(i), ring(i + 1), 0.025f, 0.025f, 3, 0.6f);
+    }
+}
+
 // The drying rack; its net comes with the blended meshes.
 static const Vec3 rackFrom = {5.9f, 9.2f, quayHeight}, rackTo = {4.9f, 13.4f, quayHeight};
 
@@ -312,6 +352,7 @@ void addProps(Scene& scene)
     crane(scene);
     stallAndCart(scene);
     rack(scene);
+    anchor(scene);
 }
 
 // Soft dark patches where things touch the ground: the light is worked out at vertices, which lie too far

@@ -9,6 +9,9 @@ namespace sample
 /// Places of the lanterns' flames.
 const std::vector<Vec3>& lampPlaces();
 
+/// Where a line is made fast that comes from this far along the east quay.
+Vec3 nearestBollard(float y);
+
 /// Lamps and everything that is solid.
 void addProps(Scene& scene);
 /// What is blended, in this order: mirrored lights (to be added before the water), shades on the ground,

@@ -38,6 +38,7 @@ enum MaterialNumber
     windows,
     windowsLit,
     doors,
+    shopWindow,
     lighthouseWall,
     lampGlass,
     beacon,
@@ -127,7 +128,7 @@ struct Scene
 std::set<int> usedMaterials(const Scene& scene);
 
 /// Azimuth at which the two halves of the sky begin and end, in radians; behind both cameras.
-constexpr float skySeam = -40 * pi / 180;
+constexpr float skySeam = -30 * pi / 180;
 
 /// Direction to the sun, a unit vector.
 Vec3 sunDirection();

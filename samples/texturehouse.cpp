@@ -83,7 +83,7 @@ static Rgba paneColour(float s, float t, bool lit, bool curtains)
     if (lit)
     {
         const float glow = 1 - 0.55f * std::sqrt((s - 0.5f) * (s - 0.5f) + (t - 0.35f) * (t - 0.35f));
-        const Rgba room = mix(rgb(0xd06a1c), rgb(0xffd98a), clamp01(glow * 1.15f - 0.1f));
+        const Rgba room = mix(rgb(0xc86018), rgb(0xffc66a), clamp01(glow * 1.15f - 0.15f));
         return mix(room, rgb(0xd9803a) * folds, 0.7f * drape);
     }
     // Old glass: the sky above, the far side of the harbour below, each pane tilted a little.
@@ -98,7 +98,7 @@ static Rgba windowColour(float s, float t, bool lit, bool curtains)
     const float d = barDistance(s, t, 2, 3);
     const Rgba paint = rgb(0xe9e2d2) * (0.85f + 0.25f * noise(s * 20, t * 20, 32, 32, 222));
     const Rgba glass = paneColour(s, t, lit, curtains) * mix(0.55f, 1.0f, smoothStep(0.0f, 0.07f, d));
-    return mix(lit ? paint * 0.55f : paint, glass, smoothStep(-0.006f, 0.006f, d));
+    return mix(lit ? paint * 0.8f : paint, glass, smoothStep(-0.006f, 0.006f, d));
 }
 
 static Rgba shutterColour(float s, float t, Rgba colour)
@@ -163,9 +163,9 @@ static Rgba shopFront(float s, float t)
     if (t < 0.28f || t > 0.9f)
         return panelDoor(s, t < 0.28f ? t * 2 : 0.4f, rgb(0x2f5548));
     const float d = barDistance(s, (t - 0.28f) / 0.62f, 4, 3);
-    const Rgba room = mix(rgb(0xb85a1c), rgb(0xffdc94), clamp01(1.3f - 1.6f * std::abs(t - 0.5f)));
-    const float goods = smoothStep(0.35f, 0.42f, t + 0.12f * noise(s * 9, 3, 16, 4, 261));
-    return mix(rgb(0xd8ceb8) * 0.7f, room * mix(0.45f, 1.0f, goods), smoothStep(-0.006f, 0.006f, d));
+    const Rgba room = mix(rgb(0xa84e14), rgb(0xffc468), clamp01(1.15f - 1.7f * std::abs(t - 0.55f)));
+    const float goods = smoothStep(0.44f, 0.50f, t + 0.22f * noise(s * 11, 3, 16, 4, 261));
+    return mix(rgb(0xc8b898) * 0.6f, room * mix(0.45f, 1.0f, goods), smoothStep(-0.006f, 0.006f, d));
 }
 
 Image paintDoors()

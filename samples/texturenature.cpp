@@ -23,8 +23,8 @@ Rgba skyColour(Vec3 direction, Vec3 sun)
     const float height = std::max(direction.z, 0.0f);
     const Vec3 flat = unit({direction.x, direction.y, 0}), sunFlat = unit({sun.x, sun.y, 0});
     const float towards = 0.5f + 0.5f * dot(flat, sunFlat);
-    const Rgba horizon = mix(rgb(0xd8b4a8), rgb(0xffcf86), towards * towards);
-    const Rgba low = mix(rgb(0xa9b2c8), rgb(0xf3c9a0), towards * towards);
+    const Rgba horizon = mix(rgb(0xd8b4a8), rgb(0xffc07c), towards * towards);
+    const Rgba low = mix(rgb(0xa9b2c8), rgb(0xf3c2a0), towards * towards);
     const Rgba middle = mix(rgb(0x6f93c4), rgb(0x9fb6cc), towards);
     const Rgba zenith = mix(rgb(0x2f5896), rgb(0x4a77ae), towards);
     Rgba c = mix(horizon, low, smoothStep(0.0f, 0.16f, height));
@@ -32,7 +32,7 @@ Rgba skyColour(Vec3 direction, Vec3 sun)
     c = mix(c, zenith, smoothStep(0.25f, 0.9f, height));
 
     const float glow = std::max(dot(direction, sun), 0.0f);
-    c = c + rgb(0xff9a3c) * (0.35f * std::pow(glow, 8.0f)) + rgb(0xffe0a0) * (0.5f * std::pow(glow, 60.0f));
+    c = c + rgb(0xff7a30) * (0.26f * std::pow(glow, 8.0f)) + rgb(0xffd9a8) * (0.42f * std::pow(glow, 60.0f));
 
     // A flat layer of clouds, seen under the angle of the view, lit on the side of the sun.
     const float reach = 1 / (height + 0.11f);
@@ -80,7 +80,7 @@ Image paintWater()
                      const float h = height(u, v);
                      const float face = (h - height(u, v + 0.012f)) * 9;
                      const float lit = smoothStep(-0.2f, 1.0f, face);
-                     Rgba c = mix(rgb(0x15283e), rgb(0x56708c), smoothStep(0.25f, 0.75f, h));
+                     Rgba c = mix(rgb(0x1a2640), rgb(0x66688c), smoothStep(0.25f, 0.75f, h));
                      c = mix(c, rgb(0xe8b98c), 0.65f * lit * lit);
                      const float spark = smoothStep(0.66f, 0.74f, h) * smoothStep(0.15f, 0.5f, face);
                      c = mix(c, rgb(0xffe9c0), spark);

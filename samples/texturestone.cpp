@@ -126,7 +126,7 @@ Image paintPlaster(Rgba colour, uint32_t seed)
     const auto bare = [seed](float u, float v)
     {
         const float low = 1 - smoothStep(0.02f, 0.5f, v);
-        return smoothStep(0.64f, 0.66f, clouds(u, v, 5, 5, 4, seed) + 0.1f * low);
+        return smoothStep(0.672f, 0.69f, clouds(u, v, 5, 5, 4, seed) + 0.1f * low);
     };
     Image image = paint(512, 512,
                         [&](float u, float v)

@@ -142,22 +142,26 @@ Course courseAt(float u, float v, int across, int courses, float unevenness, uin
     return {edge, (x - left) / (right - left), t, static_cast<uint32_t>(wrap(stone, across) * 512 + row)};
 }
 
-Image paint(int width, int height, const Painter& painter)
+Image paint(int width, int height, const Painter& painter, int across)
 {
     Image image{width, height, std::vector<Rgba>(static_cast<size_t>(width) * static_cast<size_t>(height))};
+    const int samples = across * across;
+    const auto inside = [across](int sample)
+    { return (static_cast<float>(sample) + 0.5f) / static_cast<float>(across); };
     for (int y = 0; y < height; ++y)
     {
         for (int x = 0; x < width; ++x)
         {
             Rgba sum = {0, 0, 0, 0};
-            for (int s = 0; s < 4; ++s)
+            for (int s = 0; s < samples; ++s)
             {
-                const float sx = s & 1 ? 0.75f : 0.25f, sy = s & 2 ? 0.75f : 0.25f;
-                const Rgba c = painter((static_cast<float>(x) + sx) / static_cast<float>(width),
-                                       (static_cast<float>(y) + sy) / static_cast<float>(height));
+                const Rgba c =
+                    painter((static_cast<float>(x) + inside(s % across)) / static_cast<float>(width),
+                            (static_cast<float>(y) + inside(s / across)) / static_cast<float>(height));
                 sum = {sum.r + c.r, sum.g + c.g, sum.b + c.b, sum.a + c.a};
             }
-            image.at(x, y) = {sum.r * 0.25f, sum.g * 0.25f, sum.b * 0.25f, sum.a * 0.25f};
+            const float share = 1 / static_cast<float>(samples);
+            image.at(x, y) = {sum.r * share, sum.g * share, sum.b * share, sum.a * share};
         }
     }
     return image;
@@ -178,7 +182,7 @@ Rgba smoothAt(const Image& image, float u, float v)
 
 void emboss(Image& image, float depth, const Painter& relief)
 {
-    const Image heights = paint(image.width, image.height, relief);
+    const Image heights = paint(image.width, image.height, relief, 1);
     for (int y = 0; y < image.height; ++y)
     {
         for (int x = 0; x < image.width; ++x)

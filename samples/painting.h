@@ -87,8 +87,9 @@ struct Image
 
 using Painter = std::function<Rgba(float u, float v)>;
 
-/// Samples the painter at the pixels, four times each.
-Image paint(int width, int height, const Painter& painter);
+/// Samples the painter at the pixels.
+/// @param across  samples along each side of a pixel; 1 does for what has no edges
+Image paint(int width, int height, const Painter& painter, int across = 2);
 
 /// Mean of the pixels around a place, over about four by four.
 Rgba smoothAt(const Image& image, float u, float v);

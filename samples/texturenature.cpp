@@ -60,7 +60,8 @@ Image paintSky(float fromAzimuth, Vec3 sun)
             const float azimuth = fromAzimuth + u * pi, elevation = skyElevation(v);
             const float flat = std::cos(elevation);
             return skyColour({flat * std::cos(azimuth), flat * std::sin(azimuth), std::sin(elevation)}, sun);
-        });
+        },
+        1);
 }
 
 // Ripples that are longer across than along the wind. Troughs let the reflections through, crests catch the

@@ -112,6 +112,17 @@ TEST_F(GroupLoad, CreationDrawsNothingAndCompilesNoList)
     EXPECT_EQ(gl.count("glNewList"), 0);
 }
 
+TEST_F(GroupLoad, EveryMeshGoesThroughTwoRendersWithoutCamera)
+{
+    GLRecorder gl;
+    OGroup group;
+    group.load(file.c_str(), objects, "");
+    const int loading = gl.count("glPushMatrix");
+    gl.clear();
+    ASSERT_EQ(create(objects)->meshCount, 1);
+    EXPECT_EQ(gl.count("glPushMatrix") - loading, 2);
+}
+
 TEST_F(GroupLoad, InsertsIntoAGroupByNumberOrPointer)
 {
     OGroup* group = create(objects);

@@ -2,8 +2,6 @@
 
 #include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <set>
 
@@ -46,6 +44,8 @@ protected:
         const std::string file = output->path("harbour.3ds"), images = output->root();
         return scene.createOGroup(file.c_str(), flags, images.c_str(), 0, nullptr, nullptr);
     }
+
+    static std::string readScene() { return output->read("harbour.3ds"); }
 
     static TempFolder* output;
     Scene scene;
@@ -193,8 +193,7 @@ TEST_F(Harbour, GivesEveryVertexOfATexturedMeshItsPlaceOnTheImage)
 
 TEST_F(Harbour, HasANodeWithKeysForEveryObjectAndNamesNoOther)
 {
-    std::ifstream stream(output->path("harbour.3ds"), std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+    const std::string bytes = readScene();
     std::set<std::string> objects, nodes;
     std::set<int> ids, parents;
     int moving = 0, turning = 0;
@@ -232,8 +231,68 @@ TEST_F(Harbour, HasANodeWithKeysForEveryObjectAndNamesNoOther)
         EXPECT_EQ(ids.count(parent), 1u) << parent;
 }
 
-// Of the sky's colours, somewhere over the lighthouse, and with no gap to the cleared black anywhere.
-TEST_F(Harbour, FillsTheWholeViewOfItsFirstCamera)
+// A player of keyframes puts a mesh at the sum of its and its parents' positions, less its pivot. In the
+// first frame, and again in the last, that is where the mesh stands at rest.
+TEST_F(Harbour, StandsAtTheEndsOfItsAnimationWhereItStandsAtRest)
+{
+    struct Node
+    {
+        std::string name;
+        int parent = -1;
+        Vertex3D pivot = {0, 0, 0}, first = {0, 0, 0}, last = {0, 0, 0};
+    };
+    std::map<int, Node> nodes;
+    int id = -1;
+    uint16_t kind = 0;
+    const std::string bytes = readScene();
+    walk(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size(),
+         [&](uint16_t chunk, const uint8_t* data, size_t size)
+         {
+             const char* text = reinterpret_cast<const char*>(data);
+             if (chunk >= 0xB002 && chunk <= 0xB005)
+                 kind = chunk;
+             if (chunk == 0xB030)
+                 id = data[0] | data[1] << 8;
+             if (kind != 0xB002)
+                 return;
+             if (chunk == 0xB010)
+             {
+                 nodes[id].name = std::string(text, strnlen(text, size));
+                 nodes[id].parent = static_cast<int16_t>(data[size - 2] | data[size - 1] << 8);
+             }
+             if (chunk == 0xB013)
+                 std::memcpy(&nodes[id].pivot, data, 12);
+             if (chunk == 0xB020)
+             {
+                 std::memcpy(&nodes[id].first, data + 20, 12);
+                 std::memcpy(&nodes[id].last, data + size - 12, 12);
+             }
+         });
+
+    OGroup* group = load(loadFlags);
+    ASSERT_NE(group, nullptr);
+    ASSERT_EQ(static_cast<int>(nodes.size()), group->meshCount);
+    for (const auto& [number, node] : nodes)
+    {
+        Vertex3D first = -node.pivot, last = -node.pivot;
+        for (int i = number; i != -1; i = nodes.at(i).parent)
+        {
+            first += nodes.at(i).first;
+            last += nodes.at(i).last;
+        }
+        const Object* mesh = group->findObject(node.name.c_str());
+        ASSERT_NE(mesh, nullptr);
+        for (const Vertex3D& place : {first, last})
+        {
+            EXPECT_NEAR(place.x, mesh->position.x, 1e-3f) << node.name;
+            EXPECT_NEAR(place.y, mesh->position.y, 1e-3f) << node.name;
+            EXPECT_NEAR(place.z, mesh->position.z, 1e-3f) << node.name;
+        }
+    }
+}
+
+// No gap shows the cleared black.
+TEST_F(Harbour, FillsTheWholeViewOfBothCameras)
 {
     OGroup* group = load(loadFlags | LOAD_TOLERANT | LOAD_TEXTURE_32BIT);
     ASSERT_NE(group, nullptr);

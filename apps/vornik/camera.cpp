@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cfloat>
 #include <cmath>
+#include <vector>
 
 // Calls use(position) with the world position of every corner of every visible face.
 template <typename Use>
@@ -83,6 +84,50 @@ static Vertex3D framingDirection(const Framing& framing, const Vertex3D& up)
     return scaled(level, vrkDCos(framing.tilt)) - scaled(up, vrkDSin(framing.tilt));
 }
 
+/// A point as seen along the direction of sight.
+struct Sighting
+{
+    float right, above, depth;
+};
+
+// The distance from which all points fit between two opposite edges of the picture, when the eye stands where
+// both are touched. @param tangent  of half the angle between the edges
+static float leastDistance(const std::vector<Sighting>& points, float Sighting::*across, float tangent)
+{
+    float high = 0.0f, low = 0.0f;
+    for (const Sighting& point : points)
+    {
+        high = std::max(high, point.*across / tangent - point.depth);
+        low = std::max(low, -(point.*across) / tangent - point.depth);
+    }
+    return (high + low) / 2.0f;
+}
+
+// Where the eye has to stand across the direction of sight, so that what is seen reaches equally far to both
+// sides.
+static float balance(const std::vector<Sighting>& points, float Sighting::*across, float distance)
+{
+    float from = 0.0f, to = 0.0f;
+    for (const Sighting& point : points)
+    {
+        from = std::min(from, point.*across);
+        to = std::max(to, point.*across);
+    }
+    for (int step = 0; step < 24; ++step)
+    {
+        const float place = (from + to) / 2.0f;
+        float least = FLT_MAX, most = -FLT_MAX;
+        for (const Sighting& point : points)
+        {
+            const float seen = (point.*across - place) / (distance + point.depth);
+            least = std::min(least, seen);
+            most = std::max(most, seen);
+        }
+        (least + most > 0.0f ? from : to) = place;
+    }
+    return (from + to) / 2.0f;
+}
+
 View framedView(OGroup* group, float aspect, const Framing& framing)
 {
     const Vertex3D up = {framing.upAxis == 'x' ? 1.0f : 0.0f, framing.upAxis == 'y' ? 1.0f : 0.0f,
@@ -93,31 +138,28 @@ View framedView(OGroup* group, float aspect, const Framing& framing)
     const Vertex3D above = side ^ forward;
 
     const Vertex3D middle = middleOf(group);
-    const float fov = 35.0f;
-    const float margin = 0.92f;
-    const float tanV = std::tan(vrkRad(fov) / 2.0f) * margin;
-    const float tanH = tanV * aspect;
-    // For each edge of the picture the least distance from the middle at which the corners fit in.
-    float left = 0.0f, right = 0.0f, low = 0.0f, high = 0.0f, deepest = 0.0f;
+    std::vector<Sighting> points;
     forEachCorner(group,
                   [&](const Vertex3D& corner)
                   {
                       const Vertex3D p = corner - middle;
-                      const float depth = p * forward;
-                      right = std::max(right, (p * side) / tanH - depth);
-                      left = std::max(left, -(p * side) / tanH - depth);
-                      high = std::max(high, (p * above) / tanV - depth);
-                      low = std::max(low, -(p * above) / tanV - depth);
-                      deepest = std::max(deepest, depth);
+                      points.push_back({p * side, p * above, p * forward});
                   });
 
-    // Between two opposite edges the eye moves aside until both fit equally well.
-    const float distance = std::max({(right + left) / 2.0f, (high + low) / 2.0f, FLT_MIN});
+    const float fov = 35.0f;
+    const float margin = 0.92f;
+    const float tangent = std::tan(vrkRad(fov) / 2.0f) * margin;
+    const float distance = std::max({leastDistance(points, &Sighting::right, tangent * aspect),
+                                     leastDistance(points, &Sighting::above, tangent), FLT_MIN});
+    float deepest = 0.0f;
+    for (const Sighting& point : points)
+        deepest = std::max(deepest, point.depth);
+
     View view;
     view.up = up;
     view.camera.fov = fov;
-    view.camera.eye = middle + scaled(side, tanH * (right - left) / 2.0f) +
-                      scaled(above, tanV * (high - low) / 2.0f) - scaled(forward, distance);
+    view.camera.eye = middle + scaled(side, balance(points, &Sighting::right, distance)) +
+                      scaled(above, balance(points, &Sighting::above, distance)) - scaled(forward, distance);
     view.camera.target = view.camera.eye + scaled(forward, distance + deepest);
     return view;
 }

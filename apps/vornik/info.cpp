@@ -108,13 +108,19 @@ static void printMeshes(const OGroup& group)
     table.print();
 }
 
+// An opacity image has taken the place of the percentage.
+static float ownTransparency(const Material& material)
+{
+    return material.opacityTexture ? 0.0f : material.transparency;
+}
+
 static void printMaterials(const OGroup& group, const std::vector<ImageUse>& images)
 {
     Table table("materials");
     for (int i = 0; i < group.tlistCount; ++i)
         for (const Material* material = group.tlists[i]->first->next; material; material = material->next)
             table.add({printable(material->name), material->twoSided ? "two-sided" : "",
-                       material->transparency != 0.0f ? "transparent" : ""});
+                       ownTransparency(*material) != 0.0f ? "transparent" : ""});
     table.print();
 
     Table used("images");
@@ -202,7 +208,7 @@ static std::string jsonMaterials(const OGroup& group, const std::vector<ImageUse
             materials.push_back(JsonObject()
                                     .add("name", material->name)
                                     .add("twoSided", material->twoSided != 0)
-                                    .add("transparency", material->transparency)
+                                    .add("transparency", ownTransparency(*material))
                                     .addRaw("images", jsonArray(used))
                                     .text());
         }

@@ -7,16 +7,6 @@
 // Reaches as far as any scene.
 static const float endless = 1e18f;
 
-// Ranges stand in files also when they are not in force; the engine fades every lamp.
-static void followFile(Light* light, const LampFacts& facts)
-{
-    if (!facts.fades)
-        light->innerRange = light->outerRange = endless;
-    const float strength = facts.off || !std::isfinite(facts.multiplier) ? 0.0f : facts.multiplier;
-    for (float* channel : {&light->color.r, &light->color.g, &light->color.b})
-        *channel *= strength;
-}
-
 static Vertex3D unit(Vertex3D v)
 {
     v.normalize();
@@ -102,8 +92,7 @@ static void addAmbient(OGroup* group, const View& view, float ambient)
     }
 }
 
-void lightScene(OGroup* group, const View& view, const std::vector<LampFacts>& lamps,
-                const LightOptions& options)
+void lightScene(OGroup* group, const View& view, const std::vector<bool>& fading, const LightOptions& options)
 {
     if (!options.classic)
         turnBacks(group, view.camera.eye, options.twoSided);
@@ -111,9 +100,12 @@ void lightScene(OGroup* group, const View& view, const std::vector<LampFacts>& l
     const int shadows = options.shadows ? VRK_LIGHT_SHADOWS : 0;
     for (int i = 0; i < group->lightCount; ++i)
     {
-        if (!options.classic && static_cast<size_t>(i) < lamps.size())
-            followFile(group->lights[i], lamps[static_cast<size_t>(i)]);
-        group->calcDynamicLight(group->lights[i], shadows | (i == 0 ? VRK_LIGHT_CLEAR : 0));
+        Light* light = group->lights[i];
+        // Files hold ranges also where they are not in force; the engine fades every lamp.
+        const size_t index = static_cast<size_t>(i);
+        if (!options.classic && index < fading.size() && !fading[index])
+            light->innerRange = light->outerRange = endless;
+        group->calcDynamicLight(light, shadows | (i == 0 ? VRK_LIGHT_CLEAR : 0));
     }
     if (group->lightCount == 0)
     {

@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "apps/vornik/camera.h"
-#include "apps/vornik/scenefile.h"
 
 struct LightOptions
 {
@@ -15,6 +14,6 @@ struct LightOptions
 };
 
 /// Lights all meshes of the group for a look from the view. A group without lights gets one that stands over
-/// the viewer's shoulder. @param lamps  what the file says of the group's lights
-void lightScene(OGroup* group, const View& view, const std::vector<LampFacts>& lamps,
+/// the viewer's shoulder. @param fading  for each light whether its ranges are in force
+void lightScene(OGroup* group, const View& view, const std::vector<bool>& fading,
                 const LightOptions& options);

@@ -84,30 +84,22 @@ static size_t behindName(const SceneFile& file, size_t begin, size_t end)
     return std::min(begin + 1, end);
 }
 
-static LampFacts readLamp(const SceneFile& file, size_t begin, size_t end)
+static bool isFading(const SceneFile& file, size_t begin, size_t end)
 {
     const size_t placeBytes = 12;
-    LampFacts lamp;
+    bool fades = false;
     forEachChunk(file.bytes, std::min(begin + placeBytes, end), end,
-                 [&](int id, size_t from, size_t to)
-                 {
-                     if (id == 0x4620)
-                         lamp.off = true;
-                     else if (id == 0x4625)
-                         lamp.fades = true;
-                     else if (id == 0x465B && to - from >= 4)
-                         std::memcpy(&lamp.multiplier, &file.bytes[from], 4);
-                 });
-    return lamp;
+                 [&](int id, size_t, size_t) { fades = fades || id == 0x4625; });
+    return fades;
 }
 
-std::vector<LampFacts> readLamps(const SceneFile& file)
+std::vector<bool> findFadingLamps(const SceneFile& file)
 {
-    std::vector<LampFacts> lamps;
+    std::vector<bool> lamps;
     const auto readObject = [&](int id, size_t begin, size_t end)
     {
         if (id == 0x4600)
-            lamps.push_back(readLamp(file, begin, end));
+            lamps.push_back(isFading(file, begin, end));
     };
     const auto readSection = [&](int id, size_t begin, size_t end)
     {

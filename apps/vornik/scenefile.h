@@ -43,13 +43,5 @@ struct KeyframeFigures
 
 KeyframeFigures countKeyframes(const SceneFile& file);
 
-/// What the engine doesn't read of a lamp.
-struct LampFacts
-{
-    bool fades = false; ///< its ranges are in force
-    bool off = false;
-    float multiplier = 1.0f;
-};
-
-/// One for each lamp, in the order of the file.
-std::vector<LampFacts> readLamps(const SceneFile& file);
+/// Whether the ranges of each lamp are in force, in the order of the file. The engine reads the ranges only.
+std::vector<bool> findFadingLamps(const SceneFile& file);

@@ -58,6 +58,7 @@ std::string jsonArray(const std::vector<std::string>& elements)
 std::string jsonNumbers(const std::vector<float>& values)
 {
     std::vector<std::string> elements;
+    elements.reserve(values.size());
     for (const float value : values)
         elements.push_back(number(value));
     return jsonArray(elements);

@@ -7,6 +7,26 @@
 // Reaches as far as any scene.
 static const float endless = 1e18f;
 
+// The engine gives such a lamp a long, fading range of its own.
+static bool hasNoRanges(const Light& light)
+{
+    return light.innerRange == 0.0f && light.outerRange == 10000.0f;
+}
+
+// Editors write ranges also where they are not in force. Those of a lamp that would light nothing at all
+// can't be meant.
+static bool reachesAnything(OGroup* group, const Light& light)
+{
+    for (int i = 0; i < group->meshCount; ++i)
+        for (int vertex = 0; vertex < group->meshes[i]->vertexCount; ++vertex)
+        {
+            const Vertex3D position = group->meshes[i]->calculatedVertex(vertex);
+            if (vrkDistance(&position, &light.location) < light.outerRange)
+                return true;
+        }
+    return false;
+}
+
 static Vertex3D unit(Vertex3D v)
 {
     v.normalize();
@@ -24,7 +44,7 @@ static Light shoulderLamp(const View& view)
 
     Light lamp;
     lamp.location = view.camera.eye + aside;
-    lamp.color = {1.0f, 1.0f, 1.0f, 1.0f};
+    lamp.color = {0.9f, 0.9f, 0.9f, 1.0f};
     lamp.innerRange = lamp.outerRange = endless;
     return lamp;
 }
@@ -71,28 +91,24 @@ static void turnBacks(OGroup* group, const Vertex3D& eye, bool allTwoSided)
     }
 }
 
-// Light from all around, more from above and from the viewer. It fills up what the lamps leave, so that
-// nothing burns out.
-static void addAmbient(OGroup* group, const View& view, float ambient)
+// Light from all around, more from above.
+static void addAmbient(OGroup* group, const Vertex3D& up, float ambient)
 {
     for (int i = 0; i < group->meshCount; ++i)
     {
         Mesh* mesh = group->meshes[i];
         for (int vertex = 0; vertex < mesh->vertexCount; ++vertex)
         {
-            const Vertex3D& normal = mesh->calculatedNormals[vertex];
-            const Vertex3D toViewer =
-                unit(view.camera.eye - (mesh->calculatedVertices[vertex] + mesh->position));
-            const float shape = 0.25f * (normal * view.up) + 0.35f * std::max(normal * toViewer, 0.0f);
-            const float light = ambient * (std::isfinite(shape) ? 0.75f + shape : 0.75f);
+            const float slope = mesh->calculatedNormals[vertex] * up;
+            const float light = ambient * (std::isfinite(slope) ? 0.75f + 0.25f * slope : 0.75f);
             Color& color = mesh->lightColors[vertex];
             for (float* channel : {&color.r, &color.g, &color.b})
-                *channel = std::clamp(*channel + light * (1.0f - *channel), 0.0f, 1.0f);
+                *channel = std::clamp(*channel + light, 0.0f, 1.0f);
         }
     }
 }
 
-void lightScene(OGroup* group, const View& view, const std::vector<bool>& fading, const LightOptions& options)
+void lightScene(OGroup* group, const View& view, const LightOptions& options)
 {
     if (!options.classic)
         turnBacks(group, view.camera.eye, options.twoSided);
@@ -101,9 +117,7 @@ void lightScene(OGroup* group, const View& view, const std::vector<bool>& fading
     for (int i = 0; i < group->lightCount; ++i)
     {
         Light* light = group->lights[i];
-        // Files hold ranges also where they are not in force; the engine fades every lamp.
-        const size_t index = static_cast<size_t>(i);
-        if (!options.classic && index < fading.size() && !fading[index])
+        if (!options.classic && (hasNoRanges(*light) || !reachesAnything(group, *light)))
             light->innerRange = light->outerRange = endless;
         group->calcDynamicLight(light, shadows | (i == 0 ? VRK_LIGHT_CLEAR : 0));
     }
@@ -112,6 +126,6 @@ void lightScene(OGroup* group, const View& view, const std::vector<bool>& fading
         Light lamp = shoulderLamp(view);
         group->calcDynamicLight(&lamp, shadows | VRK_LIGHT_CLEAR);
     }
-    addAmbient(group, view, options.ambient);
+    addAmbient(group, view.up, options.ambient);
     group->applyLights();
 }

@@ -1,8 +1,6 @@
 // Light for a picture: the file's own lamps, and enough more that nothing is lost in the dark.
 #pragma once
 
-#include <vector>
-
 #include "apps/vornik/camera.h"
 
 struct LightOptions
@@ -14,6 +12,5 @@ struct LightOptions
 };
 
 /// Lights all meshes of the group for a look from the view. A group without lights gets one that stands over
-/// the viewer's shoulder. @param fading  for each light whether its ranges are in force
-void lightScene(OGroup* group, const View& view, const std::vector<bool>& fading,
-                const LightOptions& options);
+/// the viewer's shoulder.
+void lightScene(OGroup* group, const View& view, const LightOptions& options);

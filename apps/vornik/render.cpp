@@ -80,7 +80,7 @@ int render(const RenderOptions& options)
     completeMaterials(group, images, options.load.classic);
 
     View view = chooseView(group, options);
-    lightScene(group, view, findFadingLamps(file), options.light);
+    lightScene(group, view, options.light);
     const Image picture = drawPicture(group, &view, options.picture);
     if (!options.quiet)
         reportEmptyPicture(picture, chosenCamera(*group, options));

@@ -76,45 +76,6 @@ static void forEachChunk(const std::vector<uint8_t>& bytes, size_t begin, size_t
     }
 }
 
-// Content of an object chunk behind its name.
-static size_t behindName(const SceneFile& file, size_t begin, size_t end)
-{
-    while (begin < end && file.bytes[begin] != 0)
-        ++begin;
-    return std::min(begin + 1, end);
-}
-
-static bool isFading(const SceneFile& file, size_t begin, size_t end)
-{
-    const size_t placeBytes = 12;
-    bool fades = false;
-    forEachChunk(file.bytes, std::min(begin + placeBytes, end), end,
-                 [&](int id, size_t, size_t) { fades = fades || id == 0x4625; });
-    return fades;
-}
-
-std::vector<bool> findFadingLamps(const SceneFile& file)
-{
-    std::vector<bool> lamps;
-    const auto readObject = [&](int id, size_t begin, size_t end)
-    {
-        if (id == 0x4600)
-            lamps.push_back(isFading(file, begin, end));
-    };
-    const auto readSection = [&](int id, size_t begin, size_t end)
-    {
-        if (id == 0x4000)
-            forEachChunk(file.bytes, behindName(file, begin, end), end, readObject);
-    };
-    forEachChunk(file.bytes, chunkHeader, file.bytes.size(),
-                 [&](int id, size_t begin, size_t end)
-                 {
-                     if (id == 0x3D3D)
-                         forEachChunk(file.bytes, begin, end, readSection);
-                 });
-    return lamps;
-}
-
 static void countNode(const SceneFile& file, size_t begin, size_t end, KeyframeFigures* figures)
 {
     ++figures->nodes;

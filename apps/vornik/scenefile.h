@@ -42,6 +42,3 @@ struct KeyframeFigures
 };
 
 KeyframeFigures countKeyframes(const SceneFile& file);
-
-/// Whether the ranges of each lamp are in force, in the order of the file. The engine reads the ranges only.
-std::vector<bool> findFadingLamps(const SceneFile& file);

@@ -44,7 +44,7 @@ static Light shoulderLamp(const View& view)
 
     Light lamp;
     lamp.location = view.camera.eye + aside;
-    lamp.color = {0.9f, 0.9f, 0.9f, 1.0f};
+    lamp.color = {1.0f, 1.0f, 1.0f, 1.0f};
     lamp.innerRange = lamp.outerRange = endless;
     return lamp;
 }

@@ -1,5 +1,8 @@
 // vornik: the command-line host. Each subcommand has a source of its own; this one reads the command line.
 
+#include <cstdio>
+#include <exception>
+
 #include <CLI/CLI.hpp>
 
 #include "apps/vornik/arguments.h"
@@ -125,7 +128,7 @@ static CLI::App* addInfo(CLI::App* app, InfoOptions* options)
     return command;
 }
 
-int main(int argc, char** argv)
+static int runCommand(int argc, char** argv)
 {
     CLI::App app("Vornik, a real-time 3D engine: look at .3DS scenes from the command line.", "vornik");
     app.set_version_flag("--version", "vornik " VORNIK_VERSION);
@@ -149,4 +152,17 @@ int main(int argc, char** argv)
         return render(renderOptions);
     }
     return infoCommand->parsed() ? info(infoOptions) : statusUsage;
+}
+
+int main(int argc, char** argv)
+{
+    try
+    {
+        return runCommand(argc, argv);
+    }
+    catch (const std::exception& error) // no memory for a picture, no working folder
+    {
+        std::fprintf(stderr, "vornik: %s\n", error.what());
+        return statusFailed;
+    }
 }

@@ -126,3 +126,10 @@ TEST_F(Lights, BacksOfTwoSidedFacesAreLit)
     EXPECT_GT(brightness(scene), 200);
     EXPECT_EQ(brightness(scene, {"--classic"}), 0);
 }
+
+TEST_F(Lights, LightFromTheViewerThrowsShadowsToo)
+{
+    write("floor.3ds", floorScene({}));
+    const double open = render("floor.3ds", {"--ambient", "0"}).light();
+    EXPECT_LT(render("floor.3ds", {"--ambient", "0", "--shadows"}).light(), open * 0.99);
+}

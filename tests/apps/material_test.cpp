@@ -205,3 +205,19 @@ TEST_F(Materials, ClassicReadsMaterialsAsOldHostsDo)
     EXPECT_LT(classic.g, 10);
     EXPECT_GT(classic.r, 60);
 }
+
+TEST_F(Materials, NearGlassCoversFarGlassWhateverTheOrderInTheFile)
+{
+    Scene3ds scene = wallScene(plainMaterial("red", 0.8f, 0.0f, 0.0f));
+    scene.materials.push_back(plainMaterial("blue", 0.0f, 0.0f, 0.8f));
+    for (Material3ds& material : scene.materials)
+        material.transparency = Percent3ds{40};
+    scene.meshes.push_back(wall("Far", 1, -1, 1, "blue"));
+    write("near.3ds", scene);
+    std::swap(scene.meshes[0], scene.meshes[1]);
+    write("far.3ds", scene);
+    const Rgb nearFirst = middle("near.3ds"), farFirst = middle("far.3ds");
+    EXPECT_EQ(nearFirst, farFirst);
+    EXPECT_GT(nearFirst.r, nearFirst.b);
+    EXPECT_GT(nearFirst.b, 20);
+}

@@ -194,3 +194,19 @@ TEST_F(Views, LensGivesTheWidthUnlessClassic)
     write("box.3ds", scene);
     EXPECT_LT(margins(render("box.3ds")).left, margins(render("box.3ds", {"--classic"})).left);
 }
+
+// The distance at which surfaces are told apart follows the size of the scene.
+TEST_F(Views, SurfacesCloseTogetherKeepTheirOrder)
+{
+    for (const float size : {0.01f, 20000.0f})
+    {
+        Scene3ds scene = twoBoxes();
+        scene.cameras.clear();
+        scene.meshes = {wall("Front", 0, -size, size, "green"),
+                        wall("Back", size * 1e-3f, -size, size, "red")};
+        write("walls.3ds", scene);
+        const Bitmap picture = render("walls.3ds", {"--turn", "-30", "--tilt", "0"});
+        EXPECT_GT(picture.count(isGreen), 2000);
+        EXPECT_EQ(picture.count(isRed), 0);
+    }
+}

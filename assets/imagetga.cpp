@@ -32,10 +32,8 @@ struct Header
     int identificationSize, type, width, height, depth, descriptor;
 };
 
-static Header parseHeader(const uint8_t* bytes, size_t size)
+static Header parseHeader(const uint8_t* header)
 {
-    uint8_t header[headerSize] = {};
-    std::memcpy(header, bytes, std::min<size_t>(size, headerSize));
     return {header[0],
             header[2],
             header[12] | header[13] << 8,
@@ -102,11 +100,14 @@ static void turnUpsideDown(uint8_t* image, int width, int height)
                          image + static_cast<size_t>(height - 1 - y) * stride);
 }
 
-static bool isKnownType(const Header& header, TgaReading reading)
+static bool isColor(const Header& header)
 {
-    const bool color = header.type == plainColor || header.type == packedColor;
-    const bool grey = header.type == plainGrey || header.type == packedGrey;
-    return color || (grey && reading == TgaReading::tolerant && header.depth == 8);
+    return header.type == plainColor || header.type == packedColor;
+}
+
+static bool isGrey(const Header& header)
+{
+    return (header.type == plainGrey || header.type == packedGrey) && header.depth == 8;
 }
 
 // The block for an image of a size, cleared; null if the file can't hold so many pixels.
@@ -127,16 +128,16 @@ static uint8_t* prepareBlock(uint8_t** image, const Header& header, size_t fileS
     return *image;
 }
 
+// The bytes go on behind size with as many zeros as a header has.
 static int parse(const uint8_t* bytes, size_t size, TgaReading reading, uint8_t** image, int* width,
                  int* height, int* bytesPerPixel)
 {
-    const Header header = parseHeader(bytes, size);
-    const bool knownType = isKnownType(header, reading);
-    const bool grey = knownType && header.depth == 8;
+    const Header header = parseHeader(bytes);
+    const bool grey = reading == TgaReading::tolerant && isGrey(header);
     if (header.depth < 24 && !grey)
         return vrkPutToErrorLog("TGA depth is too low!", 47);
     // A pixel of more than 4 bytes has no meaning in any type.
-    if (!knownType || header.depth > 32)
+    if (!(grey || isColor(header)) || header.depth > 32)
         return vrkPutToErrorLog("Imagetype is unknown!", 48);
     uint8_t* out = prepareBlock(image, header, size);
     if (!out)
@@ -163,7 +164,7 @@ int readTGA(const char* name, TgaReading reading, uint8_t** image, int* width, i
             int* bytesPerPixel)
 {
     size_t size = 0;
-    char* file = vrkReadFile(name, 0, &size);
+    char* file = vrkReadFile(name, headerSize, &size);
     if (!file)
         return vrkPutToErrorLog("File not found!", 46);
     const int result =

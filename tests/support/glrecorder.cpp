@@ -443,6 +443,16 @@ static void* library(const char* function)
         return real arguments;                                                                               \
     }
 
+extern "C" void glGenTextures(GLsizei n, GLuint* names)
+{
+    static const auto real = reinterpret_cast<decltype(&glGenTextures)>(library("glGenTextures"));
+    if (!listening() || note("glGenTextures", {number(n), pointer(names)}))
+        return real(n, names);
+    for (const GLRecorder* recorder : recorders)
+        if (recorder->textureName)
+            std::fill_n(names, n, recorder->textureName);
+}
+
 // clang-format off
 
 // Frame, state, queries
@@ -518,7 +528,6 @@ STAND_IN(void, glMaterialfv, (GLenum face, GLenum name, const GLfloat* values), 
 STAND_IN(void, glColorMaterial, (GLenum face, GLenum mode), (face, mode), constant(face), constant(mode))
 
 // Textures
-STAND_IN(void, glGenTextures, (GLsizei n, GLuint* names), (n, names), number(n), pointer(names))
 STAND_IN(void, glDeleteTextures, (GLsizei n, const GLuint* names), (n, names), number(n), array(names, n))
 STAND_IN(GLboolean, glIsTexture, (GLuint name), (name), number(name))
 STAND_IN(void, glBindTexture, (GLenum target, GLuint name), (target, name), constant(target), number(name))

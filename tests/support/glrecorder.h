@@ -27,6 +27,9 @@ public:
     GLRecorder& operator=(const GLRecorder&) = delete;
     ~GLRecorder();
 
+    /// What glGenTextures gives out while calls are swallowed. Nothing is written as long as it is 0.
+    unsigned int textureName = 0;
+
     const std::vector<std::string>& calls() const { return list; }
     /// How many calls of a function there were.
     int count(const std::string& function) const;

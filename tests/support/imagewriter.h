@@ -25,10 +25,10 @@ struct Picture
 
 struct TgaOptions
 {
-    bool packed = false;        ///< run-length encoded, type 10 instead of 2
-    int bits = 24;              ///< 24 or 32
-    bool topOrigin = false;     ///< rows from the top, told by the descriptor
-    std::string identification; ///< text in front of the pixels
+    bool packed = false;             ///< run-length encoded, type 10 instead of 2
+    int bits = 24;                   ///< 24 or 32
+    bool topOrigin = false;          ///< rows from the top, told by the descriptor
+    std::string identification = {}; ///< text in front of the pixels
 };
 
 std::vector<uint8_t> writeTga(const Picture& picture, const TgaOptions& options = {});

@@ -1,0 +1,47 @@
+"""Compares what the public headers declare with what the shared library defines.
+
+usage: exports.py LIBRARY HEADER_FOLDER
+
+Prints a line for every name that is missing in the library or stands in no header, and then how many were declared.
+"""
+import pathlib
+import re
+import subprocess
+import sys
+
+MEMBER = re.compile(r"(~?\w+|operator char\*|operator[^(\w\s]+)\((?:[^;{}()]|\([^;{}()]*\))*\)(?: const)?;")
+
+
+def defined_names(library):
+    """Names without parameters: "vrkClear", "Scene::render".
+
+    Weak symbols come from templates of the standard library, names with an underscore in front from the linker.
+    """
+    listing = subprocess.run(["nm", "-DC", "--defined-only", library], check=True, capture_output=True, text=True)
+    return set(re.findall(r" [TBDR] ([^_(\n][^(\n]*)", listing.stdout))
+
+
+def declared_names(text):
+    """Functions and variables marked as exported, and the member functions without a body."""
+    text = "\n" + re.sub(r"//[^\n]*", "", text)
+    names = set(re.findall(r"\nVRK_API[^;{(]*?(\w+)\(", text))
+    names |= set(re.findall(r"\nextern VRK_API [\w ]+?(\w+)(?:\[\w+\])?;", text))
+    for record in re.finditer(r"\n(?:class|struct)(?: VRK_API)? (\w+)[^;{]*\n\{(.*?)\n\};", text, re.S):
+        without_bodies = re.sub(r"\{[^{}]*\}", "", record[2])
+        names |= {f"{record[1]}::{member}" for member in MEMBER.findall(without_bodies)}
+    return names
+
+
+def main():
+    defined = defined_names(sys.argv[1])
+    declared = set()
+    for header in pathlib.Path(sys.argv[2]).rglob("*.h"):
+        declared |= declared_names(header.read_text())
+    for name in sorted(declared - defined):
+        print(f"missing in the library: {name}")
+    for name in sorted(defined - declared):
+        print(f"in no header: {name}")
+    print(f"{len(declared)} declared")
+
+
+main()

@@ -264,7 +264,12 @@ void ObjectReader::readSmoothing()
         return walk.skip();
     const int count = ChunkWalk::clip(mesh->faceCount, 4);
     for (int i = 0; i < count; i++)
-        mesh->smoothingGroups[i] = static_cast<uint32_t>(vrkLoader.getInt());
+    {
+        const uint32_t value = static_cast<uint32_t>(vrkLoader.getInt());
+        // Exporters write 0 for a face that is not smoothed at all, which the strict reading takes for a
+        // group like any other. A value that no file uses keeps the face by itself.
+        mesh->smoothingGroups[i] = loaderTolerant && value == 0 ? ~static_cast<uint32_t>(i) : value;
+    }
 }
 
 void ObjectReader::beginLight()

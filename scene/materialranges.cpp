@@ -25,9 +25,12 @@ MaterialFaceList* makeMaterialRanges(int count)
 
 MaterialFaceList* copyMaterialRanges(const MaterialFaceList* from)
 {
-    MaterialFaceList* list = from ? makeMaterialRanges(from->count) : nullptr;
-    if (list && from->count > 0)
-        std::memcpy(list->ranges, from->ranges, rangeBytes(from->count));
+    if (!from)
+        return nullptr;
+    const int count = from->ranges && from->count > 0 ? from->count : 0;
+    MaterialFaceList* list = makeMaterialRanges(count);
+    if (list && count > 0)
+        std::memcpy(list->ranges, from->ranges, rangeBytes(count));
     return list;
 }
 

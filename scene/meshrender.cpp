@@ -137,32 +137,48 @@ static void submitSolid(Mesh& mesh, const Material& material, const MaterialFace
         vrkEnable(VRK_TEXTURE_2D);
 }
 
+// Plays a pass from its display list, or calls draw for every range, culled as its material wants.
+template <class Draw>
+static void playRanges(Mesh& mesh, TList* list, uint32_t displayList, int flags, Draw draw)
+{
+    if (flags & VRK_RENDER_CALL_LIST)
+        vrkCallList(static_cast<int>(displayList));
+    else
+        forEachRange(mesh, list,
+                     [&](const MaterialFaceRange& range, const Material& material)
+                     {
+                         const Culling culling(material, flags);
+                         draw(range, material);
+                     });
+}
+
+// The same inside the flags' style, into the display list where the flags ask for that.
+template <class Draw>
+static void drawPass(Mesh& mesh, TList* list, uint32_t displayList, int flags, Draw draw)
+{
+    beginStyle(flags);
+    if (flags & VRK_RENDER_COMPILE_LIST)
+        vrkNewList(static_cast<int>(displayList), VRK_COMPILE);
+    playRanges(mesh, list, displayList, flags, draw);
+    if (flags & VRK_RENDER_COMPILE_LIST)
+        vrkEndList();
+    endStyle(flags);
+}
+
 int Mesh::renderNonTransparent(int flags, TList* list)
 {
     if (!materialFaces)
         return 0;
     vrkDisable(VRK_BLEND);
-    beginStyle(flags);
-    if (flags & VRK_RENDER_COMPILE_LIST)
-        vrkNewList(static_cast<int>(displayList), VRK_COMPILE);
-
-    if (flags & VRK_RENDER_CALL_LIST)
-        vrkCallList(static_cast<int>(displayList));
-    else
-        forEachRange(*this, list,
-                     [&](const MaterialFaceRange& range, const Material& material)
-                     {
-                         const Culling culling(material, flags);
-                         if (material.transparency != 0.0f)
-                             return;
-                         submitSolid(*this, material, range, flags);
-                         // Also for a texture with alpha: its reflection lies on faces drawn by a later pass.
-                         submitReflection(*this, material, range, flags);
-                     });
-
-    if (flags & VRK_RENDER_COMPILE_LIST)
-        vrkEndList();
-    endStyle(flags);
+    drawPass(*this, list, displayList, flags,
+             [&](const MaterialFaceRange& range, const Material& material)
+             {
+                 if (material.transparency != 0.0f)
+                     return;
+                 submitSolid(*this, material, range, flags);
+                 // Also for a texture with alpha: its reflection lies on faces drawn by a later pass.
+                 submitReflection(*this, material, range, flags);
+             });
     return 0;
 }
 
@@ -172,33 +188,21 @@ int Mesh::renderTransparentImmediately(int flags, TList* list)
         return 0;
     vrkEnable(VRK_BLEND);
     vrkBlendFunc(VRK_SRC_ALPHA, VRK_ONE_MINUS_SRC_ALPHA);
-    beginStyle(flags);
-    if (flags & VRK_RENDER_COMPILE_LIST)
-        vrkNewList(static_cast<int>(transparentDisplayList), VRK_COMPILE);
-
-    if (flags & VRK_RENDER_CALL_LIST)
-        vrkCallList(static_cast<int>(transparentDisplayList));
-    else
-        forEachRange(*this, list,
-                     [&](const MaterialFaceRange& range, const Material& material)
-                     {
-                         const Culling culling(material, flags);
-                         if (!isTransparent(material))
-                             return;
-                         // Anew for each range, since a reflection changes them. It also switches blending
-                         // off, and that stays: ranges behind a reflection are drawn without blending.
-                         vrkBlendFunc(VRK_SRC_ALPHA, VRK_ONE_MINUS_SRC_ALPHA);
-                         vrkDepthFunc(VRK_LEQUAL);
-                         writeAlpha(*this, range, material.transparency);
-                         vrkSetTexture(material.firstTexture);
-                         submit(*this, material, range, flags);
-                         submitReflection(*this, material, range, flags);
-                         vrkDepthFunc(VRK_LEQUAL);
-                     });
-
-    if (flags & VRK_RENDER_COMPILE_LIST)
-        vrkEndList();
-    endStyle(flags);
+    drawPass(*this, list, transparentDisplayList, flags,
+             [&](const MaterialFaceRange& range, const Material& material)
+             {
+                 if (!isTransparent(material))
+                     return;
+                 // Anew for each range, since a reflection changes them. It also switches blending off, and
+                 // that stays: ranges behind a reflection are drawn without blending.
+                 vrkBlendFunc(VRK_SRC_ALPHA, VRK_ONE_MINUS_SRC_ALPHA);
+                 vrkDepthFunc(VRK_LEQUAL);
+                 writeAlpha(*this, range, material.transparency);
+                 vrkSetTexture(material.firstTexture);
+                 submit(*this, material, range, flags);
+                 submitReflection(*this, material, range, flags);
+                 vrkDepthFunc(VRK_LEQUAL);
+             });
     return 0;
 }
 
@@ -210,21 +214,15 @@ int Mesh::renderEffect(int flags, TList* list)
     vrkDepthFunc(VRK_EQUAL);
     vrkDepthMask(VRK_FALSE);
     beginStyle(flags);
-
-    if (flags & VRK_RENDER_CALL_LIST)
-        vrkCallList(static_cast<int>(displayList));
-    else
-        forEachRange(*this, list,
-                     [&](const MaterialFaceRange& range, const Material& material)
-                     {
-                         const Culling culling(material, flags);
-                         if (hasAlphaTexture(material))
-                             return;
-                         if (material.firstTexture)
-                             vrkSetTexture(material.firstTexture);
-                         submit(*this, material, range, flags);
-                     });
-
+    playRanges(*this, list, displayList, flags,
+               [&](const MaterialFaceRange& range, const Material& material)
+               {
+                   if (hasAlphaTexture(material))
+                       return;
+                   if (material.firstTexture)
+                       vrkSetTexture(material.firstTexture);
+                   submit(*this, material, range, flags);
+               });
     endStyle(flags);
     vrkDisable(VRK_BLEND);
     vrkDepthFunc(VRK_LEQUAL);

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "scene/materialranges.h"
 #include "vornik/assets/tlist.h"
 #include "vornik/core/errorlog.h"
 #include "vornik/core/memory.h"
@@ -192,31 +193,6 @@ static void copyBlock(T* to, const T* from, int count)
         memmove(to, from, sizeof(T) * size_t(count));
 }
 
-// A malloc copy of a mesh's material ranges; null for a mesh without them.
-static MaterialFaceList* copyRanges(const MaterialFaceList* from)
-{
-    if (!from)
-        return nullptr;
-    MaterialFaceList* to = static_cast<MaterialFaceList*>(malloc(sizeof(MaterialFaceList)));
-    if (!to)
-        return nullptr;
-    to->count = from->count > 0 && from->ranges ? from->count : 0;
-    to->ranges = static_cast<MaterialFaceRange*>(calloc(size_t(to->count) + 1, sizeof(MaterialFaceRange)));
-    if (!to->ranges)
-        to->count = 0;
-    copyBlock(to->ranges, from->ranges, to->count);
-    return to;
-}
-
-static void freeRanges(Mesh* mesh)
-{
-    if (!mesh->materialFaces)
-        return;
-    free(mesh->materialFaces->ranges);
-    free(mesh->materialFaces);
-    mesh->materialFaces = nullptr;
-}
-
 // Replaces the material lists of a group by those of another. Lists that both already share stay.
 static void shareTLists(OGroup& from, OGroup& to)
 {
@@ -251,8 +227,9 @@ int OGroup::copyMaterialFaceStructures(OGroup* target)
         copyBlock(to->faceMaterials, from->faceMaterials, from->faceCount);
         copyBlock(to->faces, from->faces, from->faceCount);
         copyBlock(to->edgeNormals, from->edgeNormals, from->faceCount);
-        freeRanges(to);
-        to->materialFaces = copyRanges(from->materialFaces);
+        MaterialFaceList* ranges = copyMaterialRanges(from->materialFaces);
+        releaseMaterialRanges(to);
+        to->materialFaces = ranges;
     }
     // The target's activeTList still names a list that is now gone; the host chooses another.
     shareTLists(*this, *target);

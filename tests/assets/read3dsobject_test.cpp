@@ -206,6 +206,23 @@ TEST_F(Read3dsObject, SmoothingReadsOneValueAFaceWhateverItsLength)
     EXPECT_EQ(group->meshes[0]->smoothingGroups[1], 4u);
 }
 
+TEST_F(Read3dsObject, SmoothingGroupZeroIsNoneInTheTolerantReading)
+{
+    for (const bool tolerant : {false, true})
+    {
+        const Mesh* mesh = read(Mesh3ds{.name = "M",
+                                        .vertices = corners,
+                                        .faces = {{0, 1, 2}, {1, 3, 2}, {0, 1, 3}, {0, 2, 3}},
+                                        .smoothing = {0, 0, 5, 5}},
+                                everything | (tolerant ? LOAD_TOLERANT : 0));
+        const uint32_t* values = mesh->smoothingGroups;
+        EXPECT_EQ(values[0] == values[1], !tolerant);
+        EXPECT_EQ(values[0] == 0, !tolerant);
+        EXPECT_EQ(values[2], 5u);
+        EXPECT_EQ(values[3], 5u);
+    }
+}
+
 TEST_F(Read3dsObject, FaceMaterialsTakeTheNumberOfTheirName)
 {
     TList list;

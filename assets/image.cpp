@@ -120,7 +120,7 @@ static std::string findSubstitute(const Texture& texture, const std::string& nam
     for (const std::string& place : {stem, file})
         for (const char* ending : {readable ? extension.c_str() : ".JPG", ".JPG", ".TGA"})
         {
-            const std::string found = vrkResolveName((texture.baseDir + place + ending).c_str());
+            std::string found = vrkResolveName((texture.baseDir + place + ending).c_str());
             if (!found.empty())
                 return found;
         }

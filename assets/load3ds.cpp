@@ -175,15 +175,13 @@ static void runPasses(OGroup* group, int flags, Progress progress)
     report(progress, 1.0f);
 }
 
-// A list that a full group doesn't take lives for the load only.
+// A list that a full group doesn't take lives for the load only. @return that list
 static std::unique_ptr<TList> makeMaterialList(OGroup* group, const char* materialDirectory)
 {
-    auto list = std::make_unique<TList>();
+    TList* list = new TList;
     list->setBaseDirectory(materialDirectory ? materialDirectory : "");
-    beginMaterials(list.get());
-    if (group->addTList(list.get()) == 0)
-        list.release();
-    return list;
+    beginMaterials(list);
+    return std::unique_ptr<TList>(group->addTList(list) == 0 ? nullptr : list);
 }
 
 int load3ds(const char* fileName, OGroup* group, const char* materialDirectory, int flags, Progress progress,

@@ -95,7 +95,7 @@ std::string vrkResolveName(const char* name)
 
 static std::string nameToCreate(const char* name)
 {
-    const std::string existing = vrkResolveName(name);
+    std::string existing = vrkResolveName(name);
     if (!existing.empty())
         return existing;
     const std::vector<std::string> parts = components(name);

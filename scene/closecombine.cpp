@@ -19,6 +19,7 @@
 #include <numeric>
 #include <vector>
 
+#include "core/bits.h"
 #include "vornik/scene/mesh.h"
 #include "vornik/scene/ogroup.h"
 
@@ -81,13 +82,12 @@ private:
         for (int v = 0; v < int(nodeOf.size()); v++)
             if (isfinite(vertices[v].x) && isfinite(vertices[v].y) && isfinite(vertices[v].z))
                 order.push_back(v);
-        auto compareBits = [this](int a, int b)
-        { return memcmp(&vertices[a], &vertices[b], sizeof(Vertex3D)); };
-        std::sort(order.begin(), order.end(), [&](int a, int b) { return compareBits(a, b) < 0; });
+        auto compare = [this](int a, int b) { return compareBits(vertices[a], vertices[b]); };
+        std::sort(order.begin(), order.end(), [&](int a, int b) { return compare(a, b) < 0; });
 
         for (size_t i = 0; i < order.size(); i++)
         {
-            if (i == 0 || compareBits(order[i - 1], order[i]) != 0)
+            if (i == 0 || compare(order[i - 1], order[i]) != 0)
                 nodes.push_back({vertices[order[i]], {}, int(nodes.size()), false});
             nodeOf[size_t(order[i])] = int(nodes.size()) - 1;
         }

@@ -9,6 +9,7 @@
 #include <GL/gl.h>
 #include <GL/glu.h>
 
+#include "core/bits.h"
 #include "scene/statictransform.h"
 #include "vornik/rasterizer/startup.h"
 #include "vornik/rasterizer/state.h"
@@ -160,9 +161,8 @@ const double* Mesh::currentWorldMatrix()
     WorldMatrix& kept = worldMatrix;
     const void* context = VRK_hGLRC;
     const bool same = kept.built && kept.rasterizer == vrkSelectedRasterizer && kept.context == context &&
-                      std::memcmp(&kept.position, &position, sizeof position) == 0 &&
-                      std::memcmp(&kept.pivot, &pivot, sizeof pivot) == 0 &&
-                      std::memcmp(&kept.rotation, &rotation, sizeof rotation) == 0;
+                      sameBits(kept.position, position) && sameBits(kept.pivot, pivot) &&
+                      sameBits(kept.rotation, rotation);
     if (same)
         return kept.elements;
 

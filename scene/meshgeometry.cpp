@@ -11,6 +11,7 @@
 
 #include "core/bits.h"
 #include "scene/statictransform.h"
+#include "scene/transformpoint.h"
 #include "vornik/rasterizer/startup.h"
 #include "vornik/rasterizer/state.h"
 
@@ -185,25 +186,11 @@ const double* Mesh::currentWorldMatrix()
     return kept.elements;
 }
 
-static Vertex3D rotated(const double* m, const Vertex3D& v)
-{
-    return {static_cast<float>(m[0] * v.x + m[4] * v.y + m[8] * v.z),
-            static_cast<float>(m[1] * v.x + m[5] * v.y + m[9] * v.z),
-            static_cast<float>(m[2] * v.x + m[6] * v.y + m[10] * v.z)};
-}
-
-static Vertex3D transformed(const double* m, const Vertex3D& v)
-{
-    return {static_cast<float>(m[0] * v.x + m[4] * v.y + m[8] * v.z + m[12]),
-            static_cast<float>(m[1] * v.x + m[5] * v.y + m[9] * v.z + m[13]),
-            static_cast<float>(m[2] * v.x + m[6] * v.y + m[10] * v.z + m[14])};
-}
-
 Vertex3D Mesh::calculatedVertex(int i)
 {
     if (i < 0 || i >= vertexCount || !calculatedVertices)
         return {0.0f, 0.0f, 0.0f};
-    return transformed(currentWorldMatrix(), calculatedVertices[i]);
+    return transformPoint(currentWorldMatrix(), calculatedVertices[i]);
 }
 
 void Mesh::calculatedVertex(int i, Vertex3D* vertex, Vertex3D* normal)
@@ -211,5 +198,5 @@ void Mesh::calculatedVertex(int i, Vertex3D* vertex, Vertex3D* normal)
     *vertex = calculatedVertex(i);
     *normal = {0.0f, 0.0f, 0.0f};
     if (i >= 0 && i < vertexCount && calculatedNormals)
-        *normal = rotated(currentWorldMatrix(), calculatedNormals[i]);
+        *normal = transformDirection(currentWorldMatrix(), calculatedNormals[i]);
 }

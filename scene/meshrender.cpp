@@ -13,6 +13,7 @@
 #include "vornik/rasterizer/startup.h"
 #include "vornik/rasterizer/state.h"
 #include "vornik/rasterizer/texture.h"
+#include "vornik/rasterizer/transparent.h"
 #include "vornik/scene/material.h"
 #include "vornik/scene/renderflags.h"
 
@@ -182,6 +183,22 @@ int Mesh::renderNonTransparent(int flags, TList* list)
     return 0;
 }
 
+int Mesh::renderTransparent(int, TList* list)
+{
+    if (!materialFaces)
+        return 0;
+    forEachRange(*this, list,
+                 [this](const MaterialFaceRange& range, Material& material)
+                 {
+                     if (!isTransparent(material))
+                         return;
+                     writeAlpha(*this, range, material.transparency);
+                     vrkAddTransparentFace(vertexColors, textureCoords, calculatedVertices, calculatedNormals,
+                                           faces, range.first, range.last, &material, &position);
+                 });
+    return 0;
+}
+
 int Mesh::renderTransparentImmediately(int flags, TList* list)
 {
     if (!materialFaces)
@@ -237,6 +254,8 @@ int Mesh::render(int flags, TList* list)
     int result = 0;
     if (flags & VRK_RENDER_SOLID)
         result = renderNonTransparent(flags, list);
+    if (flags & VRK_RENDER_TRANSPARENT)
+        result = renderTransparent(flags, list);
     if (flags & VRK_RENDER_TRANSPARENT_NOW)
         result = renderTransparentImmediately(flags, list);
     if (flags & VRK_RENDER_EFFECT)

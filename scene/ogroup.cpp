@@ -11,7 +11,9 @@
 #include <algorithm>
 #include <vector>
 
+#include "animation/tracks.h"
 #include "scene/materialranges.h"
+#include "vornik/animation/path.h"
 #include "vornik/assets/tlist.h"
 #include "vornik/core/errorlog.h"
 #include "vornik/core/memory.h"
@@ -75,6 +77,16 @@ int OGroup::addTList(TList* list)
     return 0;
 }
 
+int OGroup::addPathList(PathList* list)
+{
+    if (!append(pathLists, pathListCount, list))
+        return vrkPutToErrorLog(
+            "PathList is full (VRKPath) create another PathList or increase number of maxPaths", 32);
+    if (!activePathList)
+        activePathList = list;
+    return 0;
+}
+
 int OGroup::setActiveTList(int index)
 {
     if (index < 0 || index >= maxTLists || !tlists[index])
@@ -88,6 +100,21 @@ int OGroup::setActiveCamera(int index)
     if (index < 0 || index >= maxCameras || !cameras[index])
         return vrkPutToErrorLog("CamList used in functioncall is NULL!", 35);
     activeCamera = cameras[index];
+    return 0;
+}
+
+int OGroup::setActivePathList(int index)
+{
+    if (index < 0 || index >= maxPaths || !pathLists[index])
+        return vrkPutToErrorLog("PathList used in functioncall is NULL!", 34);
+    activePathList = pathLists[index];
+    firstFrame = activePathList->firstFrame;
+    lastFrame = activePathList->lastFrame;
+    frameCount = activePathList->frameCount;
+    stopAtEnd = activePathList->stopAtEnd;
+    for (int i = 0; activePathList->pivots && i < activePathList->pivotCount; i++)
+        if (Object* object = activePathList->pivots[i].object)
+            object->pivot = activePathList->pivots[i].pivot;
     return 0;
 }
 
@@ -150,6 +177,7 @@ int OGroup::clear()
     destroyAll(cameras, cameraCount);
     destroyAll(lights, lightCount);
     destroyAll(tlists, tlistCount);
+    destroyAll(pathLists, pathListCount);
     activeTList = nullptr;
     activePathList = nullptr;
     activeCamera = nullptr;
@@ -161,10 +189,40 @@ int OGroup::clear()
     return 0;
 }
 
+// Deletes the paths of an object. The gap of each is closed before the walk moves on, so of two neighbouring
+// ones the second stays.
+static void delPaths(PathList& list, const Object* object)
+{
+    for (int i = 0; i < list.pathCount && i < VRK_PATH_CAPACITY; i++)
+        if (list.paths[i] && list.paths[i]->object == object)
+            list.delPath(i);
+}
+
+// Clears what would still lead to an object that is about to be destroyed.
+static void forget(OGroup& group, const Object* object)
+{
+    const auto orphan = [object](auto** slots, int count)
+    {
+        for (int i = 0; i < count; i++)
+            if (slots[i] && slots[i]->parent == object)
+                slots[i]->parent = nullptr;
+    };
+    orphan(group.meshes, group.meshCount);
+    orphan(group.lights, group.lightCount);
+    orphan(group.cameras, group.cameraCount);
+    for (int i = 0; i < group.pathListCount; i++)
+        for (int pivot = 0; group.pathLists[i] && pivot < group.pathLists[i]->pivotCount; pivot++)
+            if (group.pathLists[i]->pivots[pivot].object == object)
+                group.pathLists[i]->pivots[pivot].object = nullptr;
+}
+
 int OGroup::delMesh(Mesh* mesh)
 {
     if (!mesh)
         return vrkPutToErrorLog("Object is NULL, cannot use this!", 38);
+    for (int i = 0; i < pathListCount; i++)
+        if (pathLists[i])
+            delPaths(*pathLists[i], mesh);
 
     Mesh** end = meshes + meshCount;
     Mesh** last = nullptr;
@@ -181,8 +239,10 @@ int OGroup::delMesh(Mesh* mesh)
     std::copy(last + 1, end, last);
     meshes[--meshCount] = nullptr;
     // A mesh that was added twice lives on in its other slot.
-    if (listed == 1)
-        delete mesh;
+    if (listed > 1)
+        return 0;
+    forget(*this, mesh);
+    delete mesh;
     return 0;
 }
 
@@ -234,6 +294,38 @@ int OGroup::copyMaterialFaceStructures(OGroup* target)
     // The target's activeTList still names a list that is now gone; the host chooses another.
     shareTLists(*this, *target);
     return 0;
+}
+
+// The first track of an object and a kind, cut down to its first key; null if there is none to cut.
+static Key* keepOneKey(const PathList& list, const Object* object, int kind)
+{
+    VRKPath* path = findTrack(list, object, kind);
+    if (!path || path->keyCount < 1)
+        return nullptr;
+    path->keyCount = 1;
+    return path->keys;
+}
+
+void OGroup::overrideObjectPosition(const char* name, const Vertex3D* position, const Vertex4D* rotation)
+{
+    const Object* object = findObject(name);
+    if (!object || !activePathList)
+        return;
+    if (position)
+        if (Key* key = keepOneKey(*activePathList, object, VRK_TRACK_POSITION))
+        {
+            key->position[0] = position->x;
+            key->position[1] = position->y;
+            key->position[2] = position->z;
+        }
+    if (rotation)
+        if (Key* key = keepOneKey(*activePathList, object, VRK_TRACK_ROTATION))
+        {
+            key->rotation[0] = rotation->x;
+            key->rotation[1] = rotation->y;
+            key->rotation[2] = rotation->z;
+            key->rotation[3] = rotation->w;
+        }
 }
 
 void OGroup::markAttach(bool mark, Mesh* mesh)

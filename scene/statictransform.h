@@ -2,6 +2,8 @@
 
 class Object;
 
-/// Multiplies the rasterizer's current matrix by where an object stands without animation: position, -pivot,
-/// rotation about z, y and x, pivot.
+/// Multiplies the rasterizer's current matrix by an object's own rotation: about z, y and x.
+void applyRotationOf(const Object& object);
+
+/// Multiplies it by where an object stands without animation: position, -pivot, rotation, pivot.
 void applyStaticTransform(const Object& object);

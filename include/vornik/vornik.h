@@ -3,6 +3,7 @@
 
 // Everything that Vornik exports, subsystem by subsystem.
 
+#include "vornik/animation.h"
 #include "vornik/assets.h"
 #include "vornik/core.h"
 #include "vornik/lighting.h"

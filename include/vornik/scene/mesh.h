@@ -119,6 +119,9 @@ public:
     int render(int flags, TList* list);
     /// The opaque ranges, each with its reflection.
     int renderNonTransparent(int flags, TList* list);
+    /// Queues the transparent ranges on the stack of vrkDrawTransparentPlanes, with the material's
+    /// transparency as the alpha of their corners. Reads no flags.
+    int renderTransparent(int flags, TList* list);
     /// The transparent ranges, unsorted, in face order. Leaves blending on, or off behind a reflection.
     int renderTransparentImmediately(int flags, TList* list);
     /// The opaque ranges once more on top of themselves, under the host's blend function.

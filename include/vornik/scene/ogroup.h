@@ -58,10 +58,16 @@ public:
     int addLight(Light* light);    ///< 16 when full
     int addCamera(Camera* camera); ///< 17 when full; the first camera becomes activeCamera
     int addTList(TList* list);     ///< 28 when full; becomes activeTList if there is none
+    /// 32 when full; becomes activePathList if there is none. The group's frames stay: setActivePathList
+    /// takes them over.
+    int addPathList(PathList* list);
 
     // By index. Outside the list counts as an empty slot.
     int setActiveTList(int index);  ///< 36 for an empty slot, logged
     int setActiveCamera(int index); ///< 35 for an empty slot, logged
+    /// Takes over the list's frames and end, and gives objects its pivots. @return 0; 34 for an empty slot,
+    /// logged
+    int setActivePathList(int index);
 
     /// By exact name, in the order meshes, lights, cameras; the first match wins, null if there is none.
     Object* findObject(const char* name);
@@ -71,7 +77,8 @@ public:
     /// Destroys all contents. animated and stopAtEnd stay. @return 0
     int clear();
 
-    /// Removes and destroys a mesh. @return 0, 38 (null) or 39 (not in this group), logged
+    /// Removes and destroys a mesh and its paths; of two neighbouring paths the second stays.
+    /// @return 0, 38 (null) or 39 (not in this group), logged
     int delMesh(Mesh* mesh);
 
     /// Gives a group of the same geometry this group's material assignment. The TLists are then shared, and
@@ -92,6 +99,35 @@ public:
 
     /// Fills the group from a file. Bit LOAD_CLEAR clears it first. @return 0, also when the load failed
     int load(const char* file, int flags, const char* materialDirectory);
+
+    /// Pins an animated object: its first tracks in the active list keep one key each, of these values.
+    /// @param position  null leaves the position track as it is
+    /// @param rotation  axis in x, y, z, angle in w, degrees; null leaves the rotation track as it is
+    void overrideObjectPosition(const char* name, const Vertex3D* position, const Vertex4D* rotation);
+
+    // Animation, in animation/ogroupanimation.cpp: the tracks of activePathList at currentFrame, linear
+    // between keys.
+
+    /// Chooses the frame: wrapped by frameCount with its sign, or with stopAtEnd one below frameCount when it
+    /// is above.
+    void setCurrentFrame(int frame);
+    /// Sets eye, roll and target by the camera's tracks.
+    void doCameraAnim(Camera* camera);
+    /// Multiplies the rasterizer's matrix by one object's tracks and own rotation. Only where object is self
+    /// does its pivot come off. @return has it a rotation track?
+    bool doObjectAnim(Object* object, Object* self);
+    /// The same for the whole hierarchy, root first. @return 0; 34 without an active list, logged
+    int doAnimation(Object* object, Object* self);
+    /// transformedVertices in world coordinates, animated or static as the group is.
+    void transformVertices(Mesh* mesh);
+    /// The object's matrix alone. @param matrix  [16], out
+    void getObjectAnimatedMatrix(Object* object, float* matrix);
+    /// What window coordinates need, under the view that the caller has set.
+    /// @param modelView, projection  [16], out. @param viewport  [4], out
+    void getObjectAnimatedMatrixWithCamera(Object* object, float* modelView, float* projection,
+                                           int* viewport);
+    /// Steps every texture of the active materials that has frames. @return 0
+    int animateTextures();
 
     // Drawing, in grouprender.cpp. The caller has set the view.
 

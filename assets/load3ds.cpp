@@ -8,9 +8,13 @@
 #include <memory>
 
 #include "assets/chunkwalk.h"
+#include "assets/loadkeyframes.h"
 #include "assets/loadmaterials.h"
+#include "assets/loadnodes.h"
 #include "platform/file.h"
+#include "vornik/animation/path.h"
 #include "vornik/assets/loader.h"
+#include "vornik/assets/read3dskeyframer.h"
 #include "vornik/assets/read3dsmaterial.h"
 #include "vornik/assets/read3dsobject.h"
 #include "vornik/assets/texture.h"
@@ -50,7 +54,8 @@ static char* readFile(const char* fileName, int flags, int* size)
 static void walkChunks(OGroup* group, int flags, int size, Progress progress)
 {
     ChunkWalk walk(INT64_MAX, 0);
-    while (walk.next())
+    bool stopped = false;
+    while (!stopped && walk.next())
     {
         const int length = static_cast<int>(walk.childLength());
         switch (vrkLoader.chunkID)
@@ -60,6 +65,12 @@ static void walkChunks(OGroup* group, int flags, int size, Progress progress)
             break;
         case 0x4000:
             read3dsObject(length, group, flags);
+            break;
+        case 0xB000:
+            if (flags & LOAD_KEYFRAMES)
+                stopped = read3dsKeyframer(length, group, loaderPaths) != 0;
+            else
+                walk.skip();
             break;
         case 0xAFFF:
             if (flags & LOAD_MATERIALS)
@@ -166,12 +177,19 @@ static void runPasses(OGroup* group, int flags, Progress progress)
     if (flags & LOAD_MATERIALS)
         texturePass(loaderMaterials, flags, progress);
     report(progress, 0.7f);
+    const bool places = loaderTolerant && (flags & LOAD_KEYFRAMES) && hasNodes();
+    if (places)
+        placeNodes();
     if (flags & LOAD_MESHES)
         meshPass(group, flags, progress);
     report(progress, 0.9f);
-    if (flags & LOAD_KEYFRAMES)
+    if (places)
+        finishNodes();
+    if (flags & LOAD_KEYFRAMES && !loaderTolerant)
         hierarchyPass(group);
     report(progress, 0.95f);
+    if (flags & LOAD_KEYFRAMES && keyframesRead)
+        group->animated = 1;
     report(progress, 1.0f);
 }
 
@@ -182,6 +200,13 @@ static std::unique_ptr<TList> makeMaterialList(OGroup* group, const char* materi
     list->setBaseDirectory(materialDirectory ? materialDirectory : "");
     beginMaterials(list);
     return std::unique_ptr<TList>(group->addTList(list) == 0 ? nullptr : list);
+}
+
+// The same for a list of paths.
+static std::unique_ptr<PathList> makePathList(OGroup* group)
+{
+    loaderPaths = new PathList;
+    return std::unique_ptr<PathList>(group->addPathList(loaderPaths) == 0 ? nullptr : loaderPaths);
 }
 
 int load3ds(const char* fileName, OGroup* group, const char* materialDirectory, int flags, Progress progress,
@@ -207,14 +232,22 @@ int load3ds(const char* fileName, OGroup* group, const char* materialDirectory, 
     std::unique_ptr<TList> untaken;
     if (flags & LOAD_MATERIALS)
         untaken = makeMaterialList(group, materialDirectory);
+    std::unique_ptr<PathList> untakenPaths;
+    if (flags & LOAD_KEYFRAMES)
+        untakenPaths = makePathList(group);
     vrkPutToErrorLog("Start processing...", 50);
+    keyframesRead = false;
+    beginNodes(group, loaderPaths);
     walkChunks(group, flags, size, progress);
     endMaterials();
     vrkLoader.atEnd = true;
     vrkFree(&block);
 
     runPasses(group, flags, progress);
+    endNodes();
     if (untaken)
         loaderMaterials = nullptr;
+    if (untakenPaths)
+        loaderPaths = nullptr;
     return 0;
 }

@@ -10,6 +10,7 @@
 
 #include "assets/chunkwalk.h"
 #include "assets/loadmaterials.h"
+#include "assets/loadnodes.h"
 #include "vornik/assets/load3ds.h"
 #include "vornik/assets/loader.h"
 #include "vornik/assets/read3dsmaterial.h"
@@ -58,6 +59,7 @@ private:
     void readFaceMaterials();
     void readTextureCoords();
     void readSmoothing();
+    void readAxes();
     void beginLight();
     void finishLight();
     void readLightColor();
@@ -148,10 +150,8 @@ void ObjectReader::readPart()
         return readTextureCoords();
     case 0x4150:
         return readSmoothing();
-    case 0x4160: // the vertices are in world coordinates already
-        for (int i = 0; i < 12; i++)
-            vrkLoader.getFloat();
-        return;
+    case 0x4160:
+        return readAxes();
     case 0x4600:
         return beginLight();
     case 0x4659:
@@ -270,6 +270,16 @@ void ObjectReader::readSmoothing()
         // group like any other. A value that no file uses keeps the face by itself.
         mesh->smoothingGroups[i] = loaderTolerant && value == 0 ? ~static_cast<uint32_t>(i) : value;
     }
+}
+
+// Vertices are in world coordinates already: the axes matter only to the mesh's node.
+void ObjectReader::readAxes()
+{
+    float axes[12];
+    for (float& value : axes)
+        value = vrkLoader.getFloat();
+    if (loaderTolerant && mesh && !spareMesh)
+        rememberAxes(mesh, axes);
 }
 
 void ObjectReader::beginLight()

@@ -474,10 +474,9 @@ TEST_F(Load3ds, KeyframeFlagLinksObjectsByTheirNumbers)
     Scene3ds scene = {.meshes = {square("A"), square("B")},
                       .lights = {{.name = "L", .color = {{1, 1, 1, COLOR_3DS_FLOAT}}}},
                       .cameras = {{.name = "C"}},
-                      .nodes = {{.id = int16_t(0), .name = "A"}},
+                      .nodes = {{.id = int16_t(1), .name = "A"}},
                       .segment = {{0, 100}}};
     ASSERT_EQ(load(scene, objects), 0);
-    group->meshes[0]->objectId = 1;
     group->meshes[1]->objectId = 5;
     group->meshes[1]->parentId = 1;
     group->lights[0]->objectId = 2;
@@ -491,8 +490,9 @@ TEST_F(Load3ds, KeyframeFlagLinksObjectsByTheirNumbers)
     EXPECT_EQ(group->lights[0]->parent, group->meshes[1]);
     EXPECT_EQ(group->cameras[0]->parent, nullptr);
     EXPECT_EQ(group->meshCount, 2);
-    EXPECT_EQ(group->animated, 0);
-    EXPECT_EQ(group->pathListCount, 0);
+    EXPECT_EQ(group->animated, 1);
+    EXPECT_EQ(group->pathListCount, 1);
+    EXPECT_EQ(group->frameCount, 100);
 }
 
 TEST_F(Load3ds, TruncatedFileIsNoError)

@@ -282,35 +282,69 @@ static void turnInsideOut(Mesh* mesh)
         std::swap(mesh->faces[i].b, mesh->faces[i].c);
 }
 
+// Where a node puts a vertex at its first key, if the vertex is relative to own.
+struct Placing
+{
+    Point origin, ownOrigin;
+    Linear map;
+
+    Placing(const LoadedNode& node, const Pose& pose, const Pose& own, const Linear& toLocal)
+        : origin(pose.origin - pose.axes * Point(node.pivot)), ownOrigin(own.origin), map(pose.axes * toLocal)
+    {
+    }
+    Point operator()(const Vertex3D& v) const { return origin + map * (Point(v) - ownOrigin); }
+};
+
+// The farthest that a vertex would move, as a part of the mesh's distance from the origin of its axes and of
+// the world; below 0 if a vertex came to stand nowhere.
+static double farthestMove(const Mesh& mesh, const Placing& place)
+{
+    double size = 1e-30, move = 0;
+    for (int i = 0; i < mesh.vertexCount; ++i)
+    {
+        const Point from(mesh.originalVertices[i]);
+        const Point to = place(mesh.originalVertices[i]);
+        if (!isFinite(to) || !(to.length() < 1e30))
+            return -1;
+        size = std::max({size, from.length(), (from - place.ownOrigin).length()});
+        move = std::max(move, (to - from).length());
+    }
+    return move / size;
+}
+
+static Point middleOf(const Mesh& mesh)
+{
+    Point low(mesh.originalVertices[0]), high = low;
+    for (int i = 1; i < mesh.vertexCount; ++i)
+    {
+        const Vertex3D& v = mesh.originalVertices[i];
+        low = {std::min<double>(low.x, v.x), std::min<double>(low.y, v.y), std::min<double>(low.z, v.z)};
+        high = {std::max<double>(high.x, v.x), std::max<double>(high.y, v.y), std::max<double>(high.z, v.z)};
+    }
+    return (low + high) * 0.5;
+}
+
 // Moves a mesh's vertices to where its node puts them at the first key. Most stand there already, and keep
-// their bits.
+// their bits. So do those of converters that count the pivot from the mesh's middle, whatever axes they
+// write.
 static void bakeVertices(Mesh* mesh, const LoadedNode& node, const Pose& pose)
 {
+    const double tolerance = 1e-3;
     const Pose own = axesOf(*mesh);
     Linear inverse;
-    if (!mesh->originalVertices || !invert(own.axes, &inverse))
+    if (!mesh->originalVertices || mesh->vertexCount < 1 || !invert(own.axes, &inverse))
         return;
-    const Linear flip = stretch(own.axes.determinant() < 0 ? -1 : 1, 1, 1);
-    const Linear toLocal = flip * inverse;
-    const Linear toWorld = pose.axes * toLocal;
-
-    const auto place = [&](const Vertex3D& v)
-    { return pose.origin + toWorld * (Point(v) - own.origin) - pose.axes * Point(node.pivot); };
-    double size = 0, error = 0;
-    for (int i = 0; i < mesh->vertexCount; ++i)
-    {
-        const Point from(mesh->originalVertices[i]);
-        const Point to = place(mesh->originalVertices[i]);
-        if (!isFinite(to) || !isFinite(to * 1e-30))
-            return;
-        size = std::max({size, from.length(), (from - own.origin).length()});
-        error = std::max(error, (to - from).length());
-    }
-    if (error <= 1e-4 * size)
+    const Linear toLocal = stretch(own.axes.determinant() < 0 ? -1 : 1, 1, 1) * inverse;
+    const Placing place(node, pose, own, toLocal);
+    const double move = farthestMove(*mesh, place);
+    if (move <= tolerance)
+        return;
+    const double fromMiddle = farthestMove(*mesh, Placing(node, pose, {middleOf(*mesh), {}}, Linear{}));
+    if (!node.isNew && fromMiddle >= 0 && fromMiddle <= tolerance)
         return;
     for (int i = 0; i < mesh->vertexCount; ++i)
         mesh->originalVertices[i] = place(mesh->originalVertices[i]).toFloats();
-    if (toWorld.determinant() < 0)
+    if (place.map.determinant() < 0)
         turnInsideOut(mesh);
 }
 

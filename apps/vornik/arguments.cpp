@@ -5,7 +5,8 @@
 
 enum
 {
-    longestSide = 16384
+    longestSide = 16384,
+    lastFrame = 1000000
 };
 
 bool parseSize(const std::string& text, int* width, int* height)
@@ -16,6 +17,15 @@ bool parseSize(const std::string& text, int* width, int* height)
         static_cast<size_t>(used) != text.size())
         return false;
     return *width >= 1 && *height >= 1 && *width <= longestSide && *height <= longestSide;
+}
+
+bool parseFrames(const std::string& text, int* first, int* last)
+{
+    int used = 0;
+    if (std::sscanf(text.c_str(), "%7d..%7d%n", first, last, &used) != 2 ||
+        static_cast<size_t>(used) != text.size())
+        return false;
+    return *first >= 0 && *last >= *first && *last <= lastFrame;
 }
 
 static std::string colorDigits(const std::string& text)

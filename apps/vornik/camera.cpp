@@ -5,7 +5,8 @@
 #include <cmath>
 #include <vector>
 
-// Calls use(position) with the world position of every corner of every visible face.
+// Calls use(position) with the world position of every corner of every visible face, as the group stands at
+// its current frame.
 template <typename Use>
 static void forEachCorner(OGroup* group, Use use)
 {
@@ -14,10 +15,13 @@ static void forEachCorner(OGroup* group, Use use)
         Mesh* mesh = group->meshes[i];
         if (!mesh->visible)
             continue;
+        if (group->animated)
+            group->transformVertices(mesh);
         for (int face = 0; face < mesh->faceCount; ++face)
             for (const int corner : {mesh->faces[face].a, mesh->faces[face].b, mesh->faces[face].c})
             {
-                const Vertex3D position = mesh->calculatedVertex(corner);
+                const Vertex3D position =
+                    group->animated ? mesh->transformedVertices[corner] : mesh->calculatedVertex(corner);
                 if (std::isfinite(position.x) && std::isfinite(position.y) && std::isfinite(position.z))
                     use(position);
             }

@@ -11,7 +11,7 @@
 
 #include "platform/jpeg.h"
 
-static std::string ending(const std::string& path)
+std::string nameEnding(const std::string& path)
 {
     std::string extension = std::filesystem::path(path).extension().string();
     std::transform(extension.begin(), extension.end(), extension.begin(),
@@ -21,12 +21,12 @@ static std::string ending(const std::string& path)
 
 static bool isJpegName(const std::string& path)
 {
-    return ending(path) == ".jpg" || ending(path) == ".jpeg";
+    return nameEnding(path) == ".jpg" || nameEnding(path) == ".jpeg";
 }
 
 bool isImageName(const std::string& path)
 {
-    return ending(path) == ".png" || isJpegName(path);
+    return nameEnding(path) == ".png" || nameEnding(path) == ".apng" || isJpegName(path);
 }
 
 static std::string savePng(const std::string& path, const Image& image)

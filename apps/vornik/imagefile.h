@@ -13,6 +13,9 @@ struct Image
     std::vector<uint8_t> rgb;
 };
 
+/// The ending of a file's name with its dot, in lower case.
+std::string nameEnding(const std::string& path);
+
 /// Can saveImage write a file of this name? It goes by the ending: .png, .jpg or .jpeg.
 bool isImageName(const std::string& path);
 

@@ -27,6 +27,8 @@ OGroup* loadScene(Scene* scene, const SceneFile& file, const LoadOptions& option
     int flags = LOAD_MESHES | LOAD_LIGHTS | LOAD_CAMERAS | LOAD_MATERIALS | LOAD_TEXTURE_32BIT;
     if (options.smooth)
         flags |= LOAD_SMOOTHING;
+    if (options.keyframes)
+        flags |= LOAD_KEYFRAMES;
     if (!options.classic)
         flags |= LOAD_TOLERANT;
     OGroup* group = scene->createOGroup(path.c_str(), flags, ".", 0, showProgress, nullptr);

@@ -12,6 +12,7 @@ struct LoadOptions
     std::string textures; ///< folder of the images; empty for the scene's own
     bool classic = false;
     bool smooth = true;
+    bool keyframes = true;
 };
 
 /// What is wrong with the options, for people; empty if nothing is.

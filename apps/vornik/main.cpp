@@ -88,20 +88,77 @@ static void addViewOptions(CLI::App* command, RenderOptions* options)
         ->capture_default_str();
 }
 
+static void addFrameOptions(CLI::App* command, RenderOptions* options)
+{
+    FrameRange* frames = &options->frames;
+    CLI::Option* one = command
+                           ->add_option_function<int>(
+                               "--frame",
+                               [frames](int frame)
+                               {
+                                   frames->first = frames->last = frame;
+                                   frames->asked = true;
+                               },
+                               "Frame of the scene's animation (0)")
+                           ->check(CLI::Range(0, 1000000))
+                           ->type_name("N");
+    command
+        ->add_option_function<std::string>(
+            "--frames",
+            [frames](const std::string& text)
+            {
+                parseFrames(text, &frames->first, &frames->last);
+                frames->asked = frames->isFilm = true;
+            },
+            "Frames: pictures with numbers in their names, or one animated .apng")
+        ->check(parsedBy(
+            [](const std::string& text)
+            {
+                int first, last;
+                return parseFrames(text, &first, &last);
+            },
+            "FIRST..LAST, each from 0 to 1000000"))
+        ->type_name("A..B")
+        ->excludes(one);
+    command->add_option("--every", frames->step, "Draw each Nth of the frames")
+        ->check(CLI::Range(1, 1000000))
+        ->type_name("N")
+        ->capture_default_str();
+    command->add_option("--fps", frames->picturesASecond, "Pictures a second of a .apng")
+        ->check(CLI::Range(1, 100))
+        ->type_name("N")
+        ->capture_default_str();
+}
+
+static void addDrawingOptions(CLI::App* command, PictureOptions* picture)
+{
+    command
+        ->add_option_function<std::string>(
+            "--transparent", [picture](const std::string& order) { picture->sorted = order == "sorted"; },
+            "Order of transparent faces: sorted from far to near, or immediate, mesh by mesh (sorted)")
+        ->check(CLI::IsMember({"sorted", "immediate"}))
+        ->type_name("ORDER");
+    command->add_flag_callback(
+        "--cull", [picture] { picture->flags |= VRK_RENDER_CULL; }, "Skip meshes outside the view");
+}
+
 static CLI::App* addRender(CLI::App* app, RenderOptions* options)
 {
     CLI::App* command = app->add_subcommand("render", "Draw a picture of a scene");
     command->footer("Examples:\n"
                     "  vornik render harbour.3ds -o harbour.png --size 1920x1080 --shadows\n"
+                    "  vornik render robot.3ds -o robot.apng --frames 0..90 --every 2\n"
                     "  vornik render plane.3ds -o plane.jpg --camera 0 --turn 120 --background sky\n"
                     "Exit status: 0 done, 1 a file can't be read or written, 2 a wrong command line.");
     command->add_option("FILE.3DS", options->scene, "The scene")->required();
-    command->add_option("-o,--output", options->output, "The picture, a .png, .jpg or .jpeg")
-        ->check(parsedBy(isImageName, "a name that ends in .png, .jpg or .jpeg"))
+    command->add_option("-o,--output", options->output, "The picture, a .png, .jpg, .jpeg or .apng")
+        ->check(parsedBy(isImageName, "a name that ends in .png, .jpg, .jpeg or .apng"))
         ->type_name("FILE")
         ->required();
     addPictureOptions(command, &options->picture);
+    addDrawingOptions(command, &options->picture);
     addViewOptions(command, options);
+    addFrameOptions(command, options);
     command->add_flag("--smooth,!--no-smooth", options->load.smooth,
                       "Split vertices along smoothing groups (on)");
     command->add_flag("--shadows", options->light.shadows, "Trace the shadows of every light");
@@ -148,9 +205,12 @@ static int runCommand(int argc, char** argv)
     if (renderCommand->parsed())
     {
         renderOptions.light.classic = renderOptions.load.classic;
+        // Old hosts that show a still don't ask for keyframes.
+        renderOptions.load.keyframes = !renderOptions.load.classic || renderOptions.frames.asked;
         renderOptions.light.twoSided = (renderOptions.picture.flags & VRK_RENDER_TWOSIDED) != 0;
         return render(renderOptions);
     }
+    infoOptions.load.keyframes = false; // dummies and instances are no meshes of the file
     return infoCommand->parsed() ? info(infoOptions) : statusUsage;
 }
 

@@ -53,14 +53,23 @@ static void narrowProjection(const float* whole, int x, int y, const TileSize& t
     vrkSetMatrixType(VRK_MODELVIEW);
 }
 
-static void draw(OGroup* group, View* view, const PictureOptions& options)
+// By the engine's stack, which is as large as the group could need.
+static void drawSorted(OGroup* group, View* view, const PictureOptions& options)
 {
-    Color background = options.background;
-    vrkSetClearColor(&background);
-    vrkClear();
-    lookThrough(view);
-    group->render(options.flags | VRK_RENDER_SOLID, &view->camera);
+    int faces = 1;
+    for (int i = 0; i < group->meshCount; ++i)
+        faces += group->meshes[i]->visible ? group->meshes[i]->faceCount : 0;
+    vrkInitTransparentPlaneStack(faces);
+    group->render((options.flags & VRK_RENDER_CULL) | VRK_RENDER_TRANSPARENT, &view->camera);
+    if (options.flags & VRK_RENDER_NOTEXTURE)
+        vrkDisable(VRK_TEXTURE_2D);
+    vrkDrawTransparentPlanes(&view->camera);
+    vrkUnInitTransparentPlaneStack();
+    vrkEnable(VRK_TEXTURE_2D);
+}
 
+static void drawImmediately(OGroup* group, View* view, const PictureOptions& options)
+{
     // Texels that are nearly opaque go first and write depth; the clear ones follow without, so that they
     // hide nothing.
     const float border = 0.9f;
@@ -72,6 +81,23 @@ static void draw(OGroup* group, View* view, const PictureOptions& options)
     group->render(options.flags | VRK_RENDER_TRANSPARENT_NOW, &view->camera);
     vrkDepthMask(VRK_TRUE);
     vrkDisable(VRK_ALPHA_TEST);
+}
+
+static void draw(OGroup* group, View* view, const PictureOptions& options)
+{
+    Color background = options.background;
+    vrkSetClearColor(&background);
+    vrkClear();
+    lookThrough(view);
+    group->render(options.flags | VRK_RENDER_SOLID, &view->camera);
+
+    // The stack knows no wire and no flat faces.
+    if (options.sorted && !(options.flags & (VRK_RENDER_WIRE | VRK_RENDER_FLAT)))
+        drawSorted(group, view, options);
+    else
+        drawImmediately(group, view, options);
+    if (options.drawMore)
+        options.drawMore(&view->camera);
 }
 
 static Image readSurface(int width, int height)

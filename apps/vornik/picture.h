@@ -4,6 +4,8 @@
 // drivers limit the size of a surface, and a picture of many samples soon exceeds it.
 #pragma once
 
+#include <functional>
+
 #include "apps/vornik/camera.h"
 #include "apps/vornik/imagefile.h"
 
@@ -11,8 +13,10 @@ struct PictureOptions
 {
     int width = 1280;
     int height = 720;
-    int samples = 3; ///< along each side of a pixel
-    int flags = 0;   ///< VRK_RENDER_... bits of style
+    int samples = 3;    ///< along each side of a pixel
+    int flags = 0;      ///< VRK_RENDER_... bits of style, and VRK_RENDER_CULL
+    bool sorted = true; ///< transparent faces from far to near; otherwise mesh by mesh
+    std::function<void(Camera*)> drawMore = {}; ///< draws what comes last, under the view that is set
     Color background = {0.19f, 0.2f, 0.235f, 1.0f};
 };
 

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "apps/vornik/animatedpng.h"
 #include "apps/vornik/materials.h"
 #include "apps/vornik/progressbar.h"
 #include "apps/vornik/text.h"
@@ -18,7 +19,11 @@ static View chooseView(OGroup* group, const RenderOptions& options)
 {
     const int camera = chosenCamera(*group, options);
     if (camera > 0)
+    {
+        if (group->animated)
+            group->doCameraAnim(group->cameras[camera - 1]);
         return cameraView(group, camera - 1, options.load.classic);
+    }
     const float aspect =
         static_cast<float>(options.picture.width) / static_cast<float>(options.picture.height);
     return framedView(group, aspect, options.framing);
@@ -55,6 +60,62 @@ static std::string problemAfter(const RenderOptions& options, OGroup* group)
     return "";
 }
 
+// Objects by their tracks, and textures one image a frame.
+static void moveTo(OGroup* group, int frame)
+{
+    group->setCurrentFrame(frame);
+    for (Material* material = group->activeTList->first; material; material = material->next)
+        for (Texture* texture : {material->firstTexture, material->secondTexture, material->opacityTexture,
+                                 material->reflectionTexture})
+            if (texture && texture->frameCount > 1)
+                texture->currentFrame = frame % texture->frameCount;
+}
+
+// "a/b.png" and 7 give "a/b-0007.png".
+static std::string numberedName(const std::string& path, int frame)
+{
+    const std::filesystem::path whole(path);
+    char number[16];
+    std::snprintf(number, sizeof number, "-%04d", frame);
+    return (whole.parent_path() / (whole.stem().string() + number + whole.extension().string())).string();
+}
+
+// Draws the frames one by one. @return what went wrong; empty if nothing did
+static std::string drawFrames(OGroup* group, const RenderOptions& options, const std::string& output)
+{
+    const FrameRange& frames = options.frames;
+    AnimatedPng film;
+    const bool oneFile = frames.isFilm && isAnimationName(output);
+    std::string problem;
+    for (int i = 0; i < frames.count() && problem.empty(); ++i)
+    {
+        const int frame = frames.first + i * frames.step;
+        moveTo(group, frame);
+        View view = chooseView(group, options);
+        if (i == 0)
+            lightScene(group, view, options.light);
+        if (options.moved)
+            options.moved(group, frame);
+        const Image picture = drawPicture(group, &view, options.picture);
+        if (i == 0 && !options.quiet)
+            reportEmptyPicture(picture, chosenCamera(*group, options));
+
+        if (!oneFile)
+            problem = saveImage(frames.isFilm ? numberedName(output, frame) : output, picture);
+        else if (i == 0)
+            problem =
+                film.begin(output, picture.width, picture.height, frames.count(), frames.picturesASecond);
+        if (oneFile && problem.empty())
+            problem = film.add(picture);
+        if (frames.isFilm)
+            showProgress(static_cast<float>(i + 1) / static_cast<float>(frames.count()));
+    }
+    clearProgress();
+    if (oneFile && problem.empty())
+        problem = film.end();
+    return problem;
+}
+
 int render(const RenderOptions& options)
 {
     if (options.quiet)
@@ -79,11 +140,8 @@ int render(const RenderOptions& options)
         reportMissingImages(images);
     completeMaterials(group, images, options.load.classic);
 
-    View view = chooseView(group, options);
-    lightScene(group, view, options.light);
-    const Image picture = drawPicture(group, &view, options.picture);
-    if (!options.quiet)
-        reportEmptyPicture(picture, chosenCamera(*group, options));
-    problem = saveImage(output, picture);
+    if (options.loaded)
+        options.loaded(group);
+    problem = drawFrames(group, options, output);
     return problem.empty() ? 0 : fail(options.output + ": " + problem);
 }

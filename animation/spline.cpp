@@ -116,9 +116,10 @@ Key VRKPath::interpolateKey(float frame)
         return result;
     const int k = keyBefore(*this, frame);
     const Key& from = keys[k];
-    const Key& to = keys[k + 1 < keyCount ? k + 1 : k]; // behind the closing key its own values go on
+    const bool isLast = k + 1 >= keyCount; // behind it its own values go on
+    const Key& to = isLast ? from : keys[k + 1];
     const float span = static_cast<float>(to.frame) - static_cast<float>(from.frame);
-    const float t = (frame - static_cast<float>(from.frame)) / (span == 0.0f ? 1.0f : span);
+    const float t = isLast ? 0.0f : (frame - static_cast<float>(from.frame)) / (span == 0.0f ? 1.0f : span);
     const float t2 = std::pow(t, 2.0f);
     const float t3 = std::pow(t, 3.0f);
     const float h1 = 2 * t3 - 3 * t2 + 1;

@@ -2,7 +2,9 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <vector>
 
+#include "assets/livinglists.h"
 #include "vornik/core/errorlog.h"
 #include "vornik/scene/material.h"
 
@@ -11,6 +13,22 @@ struct TList::KeptColor
     Color* color;
     KeptColor* next;
 };
+
+// All lists that exist. Never destroyed, since lists may be static objects of the host.
+static std::vector<TList*>& livingLists()
+{
+    static std::vector<TList*>& lists = *new std::vector<TList*>;
+    return lists;
+}
+
+bool isInAnyList(const Material* material)
+{
+    for (const TList* list : livingLists())
+        for (const Material* listed = list->first; listed; listed = listed->next)
+            if (listed == material)
+                return true;
+    return false;
+}
 
 TList::TList() : first(new Material), unused(0), baseDirectory{}, keptColors(nullptr)
 {
@@ -25,10 +43,12 @@ TList::TList() : first(new Material), unused(0), baseDirectory{}, keptColors(nul
     first->next = nullptr;
     first->selfIllumination = 0.0f;
     first->id = 0;
+    livingLists().push_back(this);
 }
 
 TList::~TList()
 {
+    std::erase(livingLists(), this);
     while (first)
     {
         Material* material = first;

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "particles/livingsources.h"
 #include "vornik/assets/texture.h"
 #include "vornik/core/errorlog.h"
 #include "vornik/core/memory.h"
@@ -20,6 +21,7 @@ Material::Material()
 
 Material::~Material()
 {
+    forgetMaterial(this);
     delete firstTexture;
     delete secondTexture;
     delete opacityTexture;

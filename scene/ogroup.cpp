@@ -17,6 +17,7 @@
 #include "vornik/assets/tlist.h"
 #include "vornik/core/errorlog.h"
 #include "vornik/core/memory.h"
+#include "vornik/particles/particlesource.h"
 #include "vornik/scene/mesh.h"
 #include "vornik/scene/object.h"
 
@@ -84,6 +85,13 @@ int OGroup::addPathList(PathList* list)
             "PathList is full (VRKPath) create another PathList or increase number of maxPaths", 32);
     if (!activePathList)
         activePathList = list;
+    return 0;
+}
+
+int OGroup::addParticleSource(ParticleSource* source)
+{
+    if (!append(particleSources, particleSourceCount, source))
+        return vrkPutToErrorLog("ParticleSourceList is full (OGroup), increase maxParticleSources!", 40);
     return 0;
 }
 
@@ -178,6 +186,7 @@ int OGroup::clear()
     destroyAll(lights, lightCount);
     destroyAll(tlists, tlistCount);
     destroyAll(pathLists, pathListCount);
+    destroyAll(particleSources, particleSourceCount);
     activeTList = nullptr;
     activePathList = nullptr;
     activeCamera = nullptr;

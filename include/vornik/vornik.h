@@ -7,6 +7,7 @@
 #include "vornik/assets.h"
 #include "vornik/core.h"
 #include "vornik/lighting.h"
+#include "vornik/particles.h"
 #include "vornik/rasterizer.h"
 #include "vornik/scene.h"
 #include "vornik/spatial.h"

@@ -61,6 +61,7 @@ public:
     /// 32 when full; becomes activePathList if there is none. The group's frames stay: setActivePathList
     /// takes them over.
     int addPathList(PathList* list);
+    int addParticleSource(ParticleSource* source); ///< 40 when full
 
     // By index. Outside the list counts as an empty slot.
     int setActiveTList(int index);  ///< 36 for an empty slot, logged

@@ -265,6 +265,22 @@ static void writeKeyHead(ChunkWriter& out, int32_t frame, const Spline3ds& splin
         out.f32(value);
 }
 
+// A track without keys isn't written.
+template <class Key, class WriteValue>
+static void writeTrack(ChunkWriter& out, uint16_t id, uint16_t flags, const std::vector<Key>& keys,
+                       WriteValue writeValue)
+{
+    if (keys.empty())
+        return;
+    openTrack(out, id, flags, keys.size());
+    for (const Key& key : keys)
+    {
+        writeKeyHead(out, key.frame, key.spline);
+        writeValue(key);
+    }
+    out.close();
+}
+
 void writeNode(ChunkWriter& out, const Node3ds& node)
 {
     out.open(node.kind);
@@ -275,26 +291,12 @@ void writeNode(ChunkWriter& out, const Node3ds& node)
         out.open(0xB011).text(node.instance).close();
     if (node.pivot)
         out.open(0xB013).vector(*node.pivot).close();
-    if (!node.positions.empty())
-    {
-        openTrack(out, 0xB020, node.trackFlags, node.positions.size());
-        for (const PositionKey3ds& key : node.positions)
-        {
-            writeKeyHead(out, key.frame, key.spline);
-            out.vector(key.position);
-        }
-        out.close();
-    }
-    if (!node.rotations.empty())
-    {
-        openTrack(out, 0xB021, node.trackFlags, node.rotations.size());
-        for (const RotationKey3ds& key : node.rotations)
-        {
-            writeKeyHead(out, key.frame, key.spline);
-            out.f32(key.angle).vector(key.axis);
-        }
-        out.close();
-    }
+    const auto writeVector = [&](const PositionKey3ds& key) { out.vector(key.position); };
+    writeTrack(out, 0xB020, node.trackFlags, node.positions, writeVector);
+    writeTrack(out, 0xB021, node.trackFlags, node.rotations,
+               [&](const RotationKey3ds& key) { out.f32(key.angle).vector(key.axis); });
+    writeTrack(out, 0xB022, node.trackFlags, node.scales, writeVector);
+    writeTrack(out, 0xB024, node.trackFlags, node.rolls, [&](const RollKey3ds& key) { out.f32(key.angle); });
     out.close();
 }
 

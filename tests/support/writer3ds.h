@@ -183,6 +183,13 @@ struct RotationKey3ds
     Spline3ds spline = {};
 };
 
+struct RollKey3ds
+{
+    int32_t frame = 0;
+    float angle = 0; ///< degrees
+    Spline3ds spline = {};
+};
+
 /// Chunk of a node's kind.
 enum NodeKind3ds : uint16_t
 {
@@ -205,6 +212,8 @@ struct Node3ds
     uint16_t trackFlags = 0;
     std::vector<PositionKey3ds> positions = {}; ///< a track without keys isn't written
     std::vector<RotationKey3ds> rotations = {};
+    std::vector<PositionKey3ds> scales = {}; ///< factors along the axes
+    std::vector<RollKey3ds> rolls = {};      ///< of a camera
 };
 
 /// All of a file, in the order in which exporters write it.

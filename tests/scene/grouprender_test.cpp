@@ -7,6 +7,8 @@
 #include "tests/support/engine.h"
 #include "tests/support/glrecorder.h"
 #include "tests/support/testmesh.h"
+#include "vornik/animation/path.h"
+#include "vornik/assets/texture.h"
 #include "vornik/assets/tlist.h"
 #include "vornik/rasterizer/startup.h"
 #include "vornik/rasterizer/state.h"
@@ -322,4 +324,130 @@ TEST_F(GroupRender, DeletingTheGroupOfTheCameraLeavesNothingToSee)
     scene.deleteOGroup(group);
     scene.render(solid);
     EXPECT_EQ(drawnPixels(), 0);
+}
+
+// A group whose meshes move 10 units a frame along x.
+class AnimatedGroupRender : public GroupRender
+{
+protected:
+    void SetUp() override
+    {
+        GroupRender::SetUp();
+        group->addPathList(new PathList);
+        group->animated = 1;
+        group->frameCount = 100;
+        addTrack(mesh = add(makeSquare("a", red)), VRK_NODE_OBJECT);
+    }
+    void addTrack(Object* object, int nodeType)
+    {
+        VRKPath* path = new VRKPath(2, nodeType, VRK_TRACK_POSITION, object);
+        path->set(0, 0, 0, 0, 0);
+        path->set(1, 0, 0, 100, 10);
+        group->activePathList->addPath(path);
+    }
+    Mesh* mesh = nullptr;
+};
+
+TEST_F(AnimatedGroupRender, TracksReplaceTheStaticPlace)
+{
+    mesh->position = {7, 8, 9};
+    group->setCurrentFrame(3);
+    GLRecorder gl;
+    group->render(solid, camera);
+    EXPECT_EQ(gl.only(matrixCalls), (Calls{"glPushMatrix()", "glTranslatef(30, 0, 0)", "glPopMatrix()"}));
+    gl.clear();
+    group->renderObject(mesh, solid);
+    EXPECT_EQ(gl.only(matrixCalls), (Calls{"glPushMatrix()", "glTranslatef(30, 0, 0)", "glPopMatrix()"}));
+    gl.clear();
+    group->renderObject(mesh, solid | VRK_RENDER_NO_ANIMATION);
+    EXPECT_EQ(gl.countExact("glTranslatef(7, 8, 9)"), 1);
+    gl.clear();
+    group->render(solid | VRK_RENDER_NO_ANIMATION, camera); // of drawing one object only
+    EXPECT_EQ(gl.countExact("glTranslatef(7, 8, 9)"), 0);
+}
+
+TEST_F(AnimatedGroupRender, ParentsAreFoundInTheSameFrame)
+{
+    Mesh* child = add(makeSquare("b", red));
+    addTrack(child, VRK_NODE_OBJECT);
+    child->parent = mesh;
+    group->setCurrentFrame(2);
+    GLRecorder gl;
+    group->render(solid, camera);
+    EXPECT_EQ(gl.only(matrixCalls),
+              (Calls{"glPushMatrix()", "glTranslatef(20, 0, 0)", "glPopMatrix()", "glPushMatrix()",
+                     "glTranslatef(20, 0, 0)", "glTranslatef(20, 0, 0)", "glPopMatrix()"}));
+}
+
+TEST_F(AnimatedGroupRender, WithoutAPathListEveryMeshReports)
+{
+    group->activePathList = nullptr;
+    GLRecorder gl;
+    EXPECT_EQ(group->render(solid, camera), 0);
+    EXPECT_TRUE(logged("PathList used in functioncall is NULL!"));
+    EXPECT_EQ(gl.count("glBegin"), 1); // and is drawn where the stack stands
+}
+
+TEST_F(AnimatedGroupRender, CameraFliesAndTheViewIsSetAgain)
+{
+    addTrack(camera, VRK_NODE_CAMERA);
+    group->setCurrentFrame(1);
+    GLRecorder gl;
+    group->render(solid | VRK_RENDER_ANIMATE_CAMERA, camera);
+    EXPECT_EQ(camera->eye.x, 10.0f);
+    EXPECT_EQ(gl.calls()[0], "glLoadIdentity()");
+    EXPECT_EQ(gl.count("gluLookAt"), 1);
+    gl.clear();
+    group->setCurrentFrame(5);
+    group->render(solid, camera);
+    EXPECT_EQ(camera->eye.x, 10.0f);
+    EXPECT_EQ(gl.count("gluLookAt"), 0);
+    group->render(VRK_RENDER_ANIMATE_CAMERA, nullptr); // no camera, no flags
+}
+
+TEST_F(GroupRender, CullingSkipsMeshesOutsideTheView)
+{
+    Mesh* seen = add(makeSquare("a", red));
+    Mesh* behind = add(makeSquare("b", red));
+    behind->position = {0, -50, 0};
+    seen->radius = behind->radius = 3;
+    behind->billboard = 1;
+    GLRecorder gl;
+    group->render(solid | VRK_RENDER_CULL, camera);
+    EXPECT_EQ(gl.count("glPushMatrix"), 1);
+    EXPECT_EQ(gl.count("glBegin"), 1);
+    EXPECT_EQ(behind->rotation.z, 0.0f);
+    behind->radius = 100; // reaches into the view
+    gl.clear();
+    group->render(solid | VRK_RENDER_CULL, camera);
+    EXPECT_EQ(gl.count("glPushMatrix"), 2);
+    gl.clear();
+    group->render(solid | VRK_RENDER_CULL, nullptr);
+    EXPECT_EQ(gl.count("glPushMatrix"), 2);
+}
+
+TEST_F(AnimatedGroupRender, CullingGoesByTheStaticPlace)
+{
+    mesh->radius = 3;
+    mesh->position = {0, -50, 0}; // behind the camera, wherever the tracks put it
+    GLRecorder gl;
+    group->render(solid | VRK_RENDER_CULL, camera);
+    EXPECT_EQ(gl.count("glBegin"), 0);
+}
+
+TEST_F(GroupRender, TexturesStepOnceACall)
+{
+    Texture* texture = new Texture;
+    texture->frameCount = 3;
+    group->activeTList->first->addFirstTexture(texture);
+    Mesh* mesh = add(makeSquare("a", red));
+    add(makeSquare("b", red));
+    group->render(solid | VRK_RENDER_ANIMATE_TEXTURES, camera);
+    EXPECT_EQ(texture->currentFrame, 1);
+    group->render(solid, camera);
+    EXPECT_EQ(texture->currentFrame, 1);
+    group->renderObject(mesh, solid | VRK_RENDER_ANIMATE_TEXTURES);
+    EXPECT_EQ(texture->currentFrame, 2);
+    group->render(VRK_RENDER_ANIMATE_TEXTURES, nullptr); // the flag is gone with the camera
+    EXPECT_EQ(texture->currentFrame, 2);
 }

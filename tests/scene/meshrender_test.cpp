@@ -1,3 +1,4 @@
+#include <cstdlib>
 #include <memory>
 #include <string>
 #include <vector>
@@ -11,7 +12,9 @@
 #include "vornik/assets/tlist.h"
 #include "vornik/rasterizer/startup.h"
 #include "vornik/rasterizer/state.h"
+#include "vornik/rasterizer/transparent.h"
 #include "vornik/scene/material.h"
+#include "vornik/scene/object.h"
 #include "vornik/scene/renderflags.h"
 
 using Calls = std::vector<std::string>;
@@ -39,6 +42,13 @@ protected:
         mesh->faceFlags[0] = mesh->faceFlags[1] = 7;
         mesh->sortFacesByMaterial();
         vrkInitMatrix();
+    }
+
+    void releaseRanges()
+    {
+        std::free(mesh->materialFaces->ranges);
+        std::free(mesh->materialFaces);
+        mesh->materialFaces = nullptr;
     }
 
     void addReflection(Material* material)
@@ -347,4 +357,53 @@ TEST_F(MeshRender, UnknownMaterialsAndANullListAreSkipped)
     gl.clear();
     mesh->render(VRK_RENDER_SOLID | VRK_RENDER_TRANSPARENT_NOW | VRK_RENDER_EFFECT, nullptr);
     EXPECT_EQ(gl.count("glDrawElements"), 0);
+}
+
+TEST_F(MeshRender, QueuedPassKeepsTransparentRangesForLater)
+{
+    second->transparency = 0.5f;
+    vrkInitTransparentPlaneStack(10);
+    vrkTranslate(0, 0, -3);
+    {
+        GLRecorder gl;
+        EXPECT_EQ(mesh->render(VRK_RENDER_TRANSPARENT | VRK_RENDER_WIRE | VRK_RENDER_NOTEXTURE, &list), 0);
+        EXPECT_EQ(gl.calls(), Calls{"glGetFloatv(GL_MODELVIEW_MATRIX, ptr)"}); // no state, no drawing
+    }
+    EXPECT_EQ(mesh->vertexColors[3].a, 0.5f);
+    EXPECT_EQ(mesh->vertexColors[1].a, 1.0f); // of the opaque range only
+    vrkInitMatrix();
+    Camera camera;
+    GLRecorder gl;
+    vrkDrawTransparentPlanes(&camera);
+    EXPECT_EQ(gl.count("glBegin"), 1);
+    EXPECT_EQ(gl.countExact("glLoadMatrixf({1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, -3, 1})"), 1);
+    EXPECT_EQ(gl.countExact("glBindTexture(GL_TEXTURE_2D, " +
+                            std::to_string(second->firstTexture->textureIDs[0]) + ")"),
+              1);
+    vrkUnInitTransparentPlaneStack();
+}
+
+TEST_F(MeshRender, QueuedPassTakesAlphaTexturesWhole)
+{
+    first->firstTexture->environment = VRK_DECAL;
+    first->transparency = 1.0f;
+    mesh->vertexColors[1].a = 0.25f;
+    vrkInitTransparentPlaneStack(10);
+    EXPECT_EQ(mesh->renderTransparent(0, &list), 0);
+    EXPECT_EQ(mesh->vertexColors[1].a, 1.0f);
+    vrkUnInitTransparentPlaneStack();
+    releaseRanges();
+    GLRecorder gl;
+    EXPECT_EQ(mesh->renderTransparent(0, &list), 0);
+    EXPECT_EQ(gl.calls(), Calls{});
+}
+
+TEST_F(MeshRender, QueuedPassRunsBetweenTheOthers)
+{
+    second->transparency = 0.5f;
+    GLRecorder gl(GLRecorder::swallow);
+    mesh->render(VRK_RENDER_SOLID | VRK_RENDER_TRANSPARENT | VRK_RENDER_TRANSPARENT_NOW, &list);
+    const Calls calls = gl.only({"glDrawElements", "glGetFloatv"});
+    ASSERT_EQ(calls.size(), 3u) << gl.text();
+    EXPECT_EQ(calls[1], "glGetFloatv(GL_MODELVIEW_MATRIX, ptr)");
 }

@@ -64,7 +64,7 @@ TEST_F(CommandLine, OtherPictureFormatsAreRefused)
     write("box.3ds", boxScene());
     for (const std::string name : {"a.bmp", "a", "png", "a.png.gif"})
     {
-        expectWrong({"render", "box.3ds", "-o", name}, ".png, .jpg or .jpeg");
+        expectWrong({"render", "box.3ds", "-o", name}, ".png, .jpg, .jpeg or .apng");
         EXPECT_FALSE(exists(name));
     }
 }

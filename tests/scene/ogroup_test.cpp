@@ -7,8 +7,11 @@
 #include <memory>
 #include <vector>
 
+#include "tests/support/glrecorder.h"
 #include "tests/support/testmesh.h"
+#include "vornik/assets/texture.h"
 #include "vornik/assets/tlist.h"
+#include "vornik/particles/particlesource.h"
 #include "vornik/scene/material.h"
 #include "vornik/scene/mesh.h"
 #include "vornik/scene/object.h"
@@ -126,6 +129,71 @@ TEST(OGroup, FullTListListTakesNoMore)
     EXPECT_EQ(group->addTList(&extra), 28);
     EXPECT_EQ(group->tlistCount, 64);
     EXPECT_EQ(log.text(), "TListList is full! Increase number of lists (OGroup)!\n");
+}
+
+TEST(OGroup, FullParticleSourceListTakesNoMore)
+{
+    LogCapture log;
+    GroupPtr group = makeGroup();
+    for (int i = 0; i < maxParticleSources; i++)
+        EXPECT_EQ(group->addParticleSource(new ParticleSource), 0);
+    EXPECT_EQ(log.text(), "");
+    ParticleSource* last = group->particleSources[255];
+    ParticleSource extra;
+    EXPECT_EQ(group->addParticleSource(&extra), 40);
+    EXPECT_EQ(log.text(), "ParticleSourceList is full (OGroup), increase maxParticleSources!\n");
+    EXPECT_EQ(group->particleSourceCount, 256);
+    EXPECT_EQ(group->particleSources[255], last);
+}
+
+TEST(OGroup, ParticleSourcesAreKeptInOrderAndDestroyedByClearAndWithTheGroup)
+{
+    GLRecorder gl(GLRecorder::swallow);
+    GroupPtr group = makeGroup();
+    const auto add = [&](int textureName)
+    {
+        ParticleSource* source = new ParticleSource;
+        source->initParticles(3);
+        source->material = new Material;
+        source->material->addFirstTexture(new Texture);
+        source->material->firstTexture->textureIDs[0] = textureName;
+        group->addParticleSource(source);
+        return source;
+    };
+    ParticleSource* first = add(1);
+    ParticleSource* second = add(2);
+    EXPECT_EQ(group->particleSourceCount, 2);
+    EXPECT_EQ(group->particleSources[0], first);
+    EXPECT_EQ(group->particleSources[1], second);
+    EXPECT_EQ(group->clear(), 0);
+    EXPECT_EQ(group->particleSourceCount, 0);
+    EXPECT_EQ(group->particleSources[0], nullptr);
+    EXPECT_EQ(group->particleSources[1], nullptr);
+    EXPECT_EQ(gl.count("glDeleteTextures"), 2);
+
+    add(3);
+    group.reset();
+    EXPECT_EQ(gl.countExact("glDeleteTextures(1, {3})"), 1);
+}
+
+TEST(OGroup, AMaterialOfAListAndOfSeveralSourcesIsDestroyedOnce)
+{
+    GLRecorder gl(GLRecorder::swallow);
+    GroupPtr group = makeGroup();
+    group->addTList(new TList);
+    Material* material = new Material;
+    material->addFirstTexture(new Texture);
+    material->firstTexture->textureIDs[0] = 7;
+    group->tlists[0]->addMaterial(material);
+    for (int i = 0; i < 3; i++)
+    {
+        ParticleSource* source = new ParticleSource;
+        source->material = material;
+        group->addParticleSource(source);
+    }
+    group->addParticleSource(group->particleSources[0]);
+    group.reset();
+    EXPECT_EQ(gl.countExact("glDeleteTextures(1, {7})"), 1);
 }
 
 TEST(OGroup, FirstCameraAndFirstTListBecomeActive)

@@ -81,7 +81,9 @@ public:
     /// An animated texture shows one frame for the whole source, by the age of particle 0. Without a texture
     /// OpenGL keeps the one bound last. Leaves depth test less-or-equal, depth writes on, smooth shading and
     /// the blend factors; what else it switched is switched back.
-    /// @param camera  null is logged (24) and leaves the identity as view and the quads' angles as they are
+    /// @param camera  its rotation turns the quads, so keep it in step with eye and target, in the sense of
+    ///                targetFromRotation; what rotationFromTarget finds needs 180 degrees more heading. Null
+    ///                is logged (24) and leaves the identity as view and the quads' angles as they are
     void draw(Camera* camera);
 };
 

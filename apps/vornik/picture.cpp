@@ -63,7 +63,10 @@ static void drawSorted(OGroup* group, View* view, const PictureOptions& options)
     group->render((options.flags & VRK_RENDER_CULL) | VRK_RENDER_TRANSPARENT, &view->camera);
     if (options.flags & VRK_RENDER_NOTEXTURE)
         vrkDisable(VRK_TEXTURE_2D);
+    // Large faces may come in the wrong order; without depth they hide nothing all the same.
+    vrkDepthMask(VRK_FALSE);
     vrkDrawTransparentPlanes(&view->camera);
+    vrkDepthMask(VRK_TRUE);
     vrkUnInitTransparentPlaneStack();
     vrkEnable(VRK_TEXTURE_2D);
 }

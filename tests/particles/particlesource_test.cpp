@@ -520,11 +520,22 @@ TEST_F(ParticleSourceTest, TheHostMayReplaceTheArrayWhileItIsUpdated)
             s->freeParticles();
             s->initParticles(3);
         }
-        if (given.size() == 3)
-            s->freeParticles();
     };
     source->update();
-    EXPECT_EQ(given.size(), 3u);
+    ASSERT_EQ(given.size(), 3u);
+    EXPECT_EQ(given[2].second, &source->particles[2]) << "goes on where it was, in the new array";
+}
+
+TEST_F(ParticleSourceTest, TheHostMayReleaseTheArrayWhileItIsUpdated)
+{
+    auto source = makeSource(1000);
+    source->initFunction = [](ParticleSource* s, Particle* particle)
+    {
+        note(s, particle);
+        s->freeParticles();
+    };
+    source->update();
+    EXPECT_EQ(given.size(), 1u);
     EXPECT_EQ(source->particles, nullptr);
 }
 

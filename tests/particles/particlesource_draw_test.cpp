@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/particles/allocations.h"
+#include "tests/support/allocations.h"
 #include "tests/support/engine.h"
 #include "tests/support/glrecorder.h"
 #include "tests/support/testmesh.h"

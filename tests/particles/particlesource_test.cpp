@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "tests/particles/allocations.h"
+#include "tests/support/allocations.h"
 #include "tests/support/glrecorder.h"
 #include "tests/support/testmesh.h"
 #include "vornik/assets/texture.h"

@@ -1,6 +1,6 @@
 // The linker sends calls of the allocating functions here (--wrap) and the functions' own names to __real_.
 
-#include "tests/particles/allocations.h"
+#include "tests/support/allocations.h"
 
 #include <cstddef>
 

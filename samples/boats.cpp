@@ -388,6 +388,20 @@ static Frame frameOf(const Boat& boat)
     return Frame::turned({boat.place.x, boat.place.y, 0}, boat.heading);
 }
 
+// The galley's stovepipe behind the wheel house. Hosts that have smoke let it rise from here.
+static void addFunnel(Scene& scene, const Boat& boat)
+{
+    Mesh& mesh = scene.addMesh("Chimney");
+    Builder b(mesh);
+    b.frame = frameOf(boat);
+    b.material = iron;
+    b.turned({0.55f, -0.36f * boat.length, 0.8f},
+             {{0.15f, 0, 0}, {0.13f, 2.5f, 0.8f, true}, {0.24f, 2.52f, 0.82f, true}, {0.2f, 2.8f, 1}}, 7, 1);
+    mesh.parent = boat.name;
+    mesh.pivot = {boat.place.x, boat.place.y, 0};
+    mesh.hasPivot = true;
+}
+
 void addBoats(Scene& scene)
 {
     uint32_t number = 0;
@@ -416,6 +430,8 @@ void addBoats(Scene& scene)
             spars.pivot = {boat.place.x, boat.place.y, 0};
             spars.hasPivot = true;
         }
+        if (boat.rig == trawler)
+            addFunnel(scene, boat);
         ++number;
     }
 }

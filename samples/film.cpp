@@ -16,7 +16,7 @@ enum
     warmUp = 80 // updates after which the column of smoke stands
 };
 
-// A white ball whose edge fades out.
+// A thin white ball whose edge fades out.
 static Material* makePuff()
 {
     Texture* texture = new Texture;
@@ -31,7 +31,7 @@ static Material* makePuff()
         const float y = (static_cast<float>(i / puffSide) + 0.5f) / (puffSide / 2) - 1;
         const float height = 1 - (x * x + y * y);
         texture->pixels[i * 4] = texture->pixels[i * 4 + 1] = texture->pixels[i * 4 + 2] = 255;
-        texture->pixels[i * 4 + 3] = static_cast<uint8_t>(height > 0 ? 255 * height * height : 0);
+        texture->pixels[i * 4 + 3] = static_cast<uint8_t>(height > 0 ? 95 * height * height : 0);
     }
     texture->uploadTexture(0);
     Material* material = new Material;
@@ -58,7 +58,7 @@ static void startPuff(ParticleSource* source, Particle* puff)
     puff->velocity = source->direction;
     puff->velocity.x += anyOf(-0.02f, 0.02f) * scale;
     puff->velocity.y += anyOf(-0.02f, 0.02f) * scale;
-    puff->acceleration = {0.0012f * scale, 0.0006f * scale, 0};
+    puff->acceleration = {0.0022f * scale, 0.0010f * scale, 0};
     puff->maxLife = static_cast<int32_t>(anyOf(50, 90));
     // The first ones are of all ages, so that the column doesn't come in one burst.
     puff->life = puff->spare == 0 ? static_cast<int32_t>(anyOf(1, 60)) : puff->maxLife;
@@ -71,11 +71,11 @@ static ParticleSource* makeSmoke(OGroup* group)
     if (!chimney)
         return nullptr;
     ParticleSource* smoke = new ParticleSource;
-    const float size = static_cast<Mesh*>(chimney)->radius * 0.8f;
+    const float size = static_cast<Mesh*>(chimney)->radius * 0.4f;
     Vertex3D place = chimney->position;
     place.z += static_cast<Mesh*>(chimney)->radius;
-    const Vertex3D up = {0, 0, 0.12f * size};
-    const Color grey = {0.75f, 0.75f, 0.78f, 1};
+    const Vertex3D up = {0, 0, 0.14f * size};
+    const Color grey = {0.82f, 0.76f, 0.74f, 1};
     smoke->initParticles(puffCount);
     smoke->initSource(&place, &up, makePuff(), &grey, nullptr, nullptr, size, 0.5f, VRK_SRC_ALPHA,
                       VRK_ONE_MINUS_SRC_ALPHA, startPuff, nullptr, true);

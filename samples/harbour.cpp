@@ -50,15 +50,38 @@ static void addLights(Scene& scene)
     scene.lights.push_back({"Shop", {8.6f, -12.2f, quayHeight + 1.6f}, {0.8f, 0.48f, 0.2f}, 0.8f, 6});
 }
 
+// A closed flight through some places, of equal duration each, with a key every few frames: players go
+// straight from key to key. The curve is that of E. Catmull and R. Rom (1974).
+static std::vector<CameraKey> flight(const std::vector<CameraKey>& places, int lastFrame, int step)
+{
+    const auto curve = [](Vec3 a, Vec3 b, Vec3 c, Vec3 d, float t)
+    {
+        return (b * 2 + (c - a) * t + (a * 2 - b * 5 + c * 4 - d) * (t * t) +
+                (b * 3 - a - c * 3 + d) * (t * t * t)) *
+               0.5f;
+    };
+    const int count = static_cast<int>(places.size());
+    std::vector<CameraKey> keys;
+    for (int frame = 0; frame <= lastFrame; frame += step)
+    {
+        const float along =
+            static_cast<float>(frame % lastFrame) * static_cast<float>(count) / static_cast<float>(lastFrame);
+        const int i = static_cast<int>(along);
+        const auto at = [&](int k) { return places[static_cast<size_t>((i + k + count) % count)]; };
+        const float t = along - static_cast<float>(i);
+        keys.push_back({frame, curve(at(-1).eye, at(0).eye, at(1).eye, at(2).eye, t),
+                        curve(at(-1).target, at(0).target, at(1).target, at(2).target, t)});
+    }
+    return keys;
+}
+
 static void addCameras(Scene& scene)
 {
-    scene.cameras.push_back({"Quay",
-                             38,
-                             {{0, heroEye, heroTarget},
-                              {90, {2.2f, -10, 5.2f}, {-9, 27, 4.5f}},
-                              {180, {-8, 6, 7.5f}, {-20, 36, 6}},
-                              {270, {-16, -8, 9}, {2, 22, 5}},
-                              {360, heroEye, heroTarget}}});
+    const std::vector<CameraKey> places = {{0, heroEye, heroTarget},
+                                           {0, {2.2f, -10, 5.2f}, {-9, 27, 4.5f}},
+                                           {0, {-8, 6, 7.5f}, {-20, 36, 6}},
+                                           {0, {-16, -8, 9}, {2, 22, 5}}};
+    scene.cameras.push_back({"Quay", 38, flight(places, scene.lastFrame, 6)});
     scene.cameras.push_back(
         {"Mole", 38, {{0, {-22, 1.5f, 3.2f}, {8, 15.5f, 4.8f}}, {360, {-22, 1.5f, 3.2f}, {8, 15.5f, 4.8f}}}});
 }

@@ -3,6 +3,8 @@
 #include <cstdio>
 #include <filesystem>
 #include <set>
+#include <string>
+#include <vector>
 
 #include "samples/export.h"
 #include "tests/support/imagewriter.h"
@@ -13,6 +15,25 @@ static bool write(const std::filesystem::path& path, const std::vector<uint8_t>&
         return true;
     std::fprintf(stderr, "make_sample: can't write %s\n", path.string().c_str());
     return false;
+}
+
+static bool writeAnimations(const std::filesystem::path& folder)
+{
+    for (const sample::Animation& animation : sample::animations())
+    {
+        std::string list;
+        for (size_t frame = 0; frame < animation.frames.size(); ++frame)
+        {
+            const std::string& name = animation.frames[frame];
+            const sample::Image image = animation.paint(static_cast<int>(frame));
+            if (!write(folder / name, sample::encodePicture(name, image)))
+                return false;
+            list += name + "\n";
+        }
+        if (!write(folder / animation.name, std::vector<uint8_t>(list.begin(), list.end())))
+            return false;
+    }
+    return true;
 }
 
 int main(int argc, char** argv)
@@ -41,5 +62,5 @@ int main(int argc, char** argv)
             !write(folder / below, sample::encodePicture(below, sample::reflectedImage(image))))
             return 1;
     }
-    return 0;
+    return writeAnimations(folder) ? 0 : 1;
 }

@@ -36,7 +36,7 @@ static const Material materials[materialCount] = {
     {"Doors", "doors.jpg", rgb(0x6c5040), 20, false, false},
     {"Shop window", "doors.jpg", rgb(0xd09050), 85, false, false},
     {"Lighthouse", "lighthouse.jpg", rgb(0xd8b0a0), 0, false, false},
-    {"Lamp glass", "lampglass.jpg", rgb(0xffd080), 100, false, false},
+    {"Lamp glass", "lampglass.ifl", rgb(0xffd080), 100, false, false},
     {"Beacon", "", rgb(0xfff4d0), 100, false, true},
     {"Mast", "mast.jpg", rgb(0xb07c44), 0, false, false},
     {"Hulls", "hulls.jpg", rgb(0x506878), 0, false, true},
@@ -129,7 +129,6 @@ const std::vector<Picture>& pictures()
         {"windows.jpg", paintWindows},
         {"doors.jpg", paintDoors},
         {"lighthouse.jpg", paintLighthouse},
-        {"lampglass.jpg", paintLampGlass},
         {"mast.jpg", paintMast},
         {"hulls.jpg", paintHulls},
         {"barrel.jpg", paintBarrel},
@@ -149,6 +148,19 @@ const std::vector<Picture>& pictures()
         {"glow.tga", paintGlow},
         {"reflect.tga", [] { return paintReflection(glowDirection()); }},
     };
+    return all;
+}
+
+// Sixteen moments of a flame behind glass; the first is the one that stills show.
+const std::vector<Animation>& animations()
+{
+    static const std::vector<Animation> all = []
+    {
+        Animation lamp = {"lampglass.ifl", {}, paintLampGlass};
+        for (int frame = 0; frame < 16; ++frame)
+            lamp.frames.push_back("lamp" + std::to_string(100 + frame) + ".jpg");
+        return std::vector<Animation>{lamp};
+    }();
     return all;
 }
 

@@ -86,8 +86,17 @@ struct Picture
     const char* name;
     Image (*paint)();
 };
-/// All images of the scene, by file name, but for those of reflections.
+/// All images of the scene, by file name, but for those of reflections and of animations.
 const std::vector<Picture>& pictures();
+
+/// An image that changes: an .ifl file of this name lists its frames.
+struct Animation
+{
+    std::string name;
+    std::vector<std::string> frames;
+    Image (*paint)(int frame);
+};
+const std::vector<Animation>& animations();
 /// Name of an image as the water shows it.
 std::string reflectedName(const std::string& image);
 /// A quarter as wide and high, and in the colour of the light that falls on what is reflected.

@@ -192,12 +192,16 @@ Image paintDoors()
                  });
 }
 
-Image paintLampGlass()
+// The flame wanders and flickers around the place that it has in frame 0.
+Image paintLampGlass(int frame)
 {
+    const float turn = 2 * pi * static_cast<float>(frame) / 16;
+    const float x = 0.5f + 0.05f * std::sin(2 * turn), y = 0.45f + 0.05f * std::sin(3 * turn);
+    const float size = 2 + 0.5f * std::sin(turn) * std::sin(5 * turn);
     return paint(64, 64,
-                 [](float u, float v)
+                 [=](float u, float v)
                  {
-                     const float d = std::sqrt((u - 0.5f) * (u - 0.5f) + (v - 0.45f) * (v - 0.45f)) * 2;
+                     const float d = std::sqrt((u - x) * (u - x) + (v - y) * (v - y)) * size;
                      const float bar = std::min(u, 1 - u);
                      return mix(rgb(0x3a332c), mix(rgb(0xfff6d8), rgb(0xffb347), clamp01(d)),
                                 smoothStep(0.04f, 0.09f, bar));

@@ -31,7 +31,7 @@ Image paintRoofTiles();
 Image paintSlates();
 Image paintWindows(); ///< four columns; lower row lit, upper row dark; the last column holds shutters
 Image paintDoors();   ///< four columns
-Image paintLampGlass();
+Image paintLampGlass(int frame);
 
 // Sky, water and plants, texturenature.cpp.
 /// Colour of the sky in a direction that points up. sun is a unit vector.

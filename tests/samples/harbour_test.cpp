@@ -1,5 +1,6 @@
 // The sample program's scene, as the engine reads it.
 
+#include <cmath>
 #include <cstring>
 #include <filesystem>
 #include <map>
@@ -289,6 +290,91 @@ TEST_F(Harbour, StandsAtTheEndsOfItsAnimationWhereItStandsAtRest)
             EXPECT_NEAR(place.z, mesh->position.z, 1e-3f) << node.name;
         }
     }
+}
+
+// The flames of the lamps, sixteen images in a list.
+TEST_F(Harbour, LampsFlicker)
+{
+    OGroup* group = load(loadFlags);
+    ASSERT_NE(group, nullptr);
+    const Material* lamp = group->activeTList->seekMaterial("Lamp glass");
+    ASSERT_NE(lamp, nullptr);
+    EXPECT_STREQ(lamp->firstTexture->names[0], "lampglass.ifl");
+    ASSERT_EQ(lamp->firstTexture->frameCount, 16);
+    std::set<int> names(lamp->firstTexture->textureIDs, lamp->firstTexture->textureIDs + 16);
+    EXPECT_EQ(names.size(), 16u);
+    EXPECT_EQ(names.count(0), 0u);
+    group->animateTextures();
+    EXPECT_EQ(lamp->firstTexture->currentFrame, 1);
+}
+
+// Both readings play the same motion, and where the animation ends it begins anew.
+TEST_F(Harbour, PlaysInBothReadings)
+{
+    OGroup* tolerant = load(loadFlags | LOAD_KEYFRAMES | LOAD_TOLERANT);
+    OGroup* classic = load(loadFlags | LOAD_KEYFRAMES);
+    ASSERT_TRUE(tolerant && classic);
+    EXPECT_EQ(classic->animated, 1);
+    EXPECT_EQ(classic->frameCount, 360);
+    ASSERT_EQ(classic->meshCount, tolerant->meshCount);
+    int moving = 0;
+    for (int i = 0; i < classic->meshCount; i++)
+    {
+        Vertex3D first = {0, 0, 0};
+        for (const int frame : {7, 100, 200, 359})
+        {
+            for (OGroup* group : {classic, tolerant})
+            {
+                group->setCurrentFrame(frame);
+                group->transformVertices(group->meshes[i]);
+            }
+            const Vertex3D &a = classic->meshes[i]->transformedVertices[0],
+                           &b = tolerant->meshes[i]->transformedVertices[0];
+            EXPECT_NEAR(a.x, b.x, 2e-3f) << classic->meshes[i]->name << frame;
+            EXPECT_NEAR(a.y, b.y, 2e-3f) << classic->meshes[i]->name << frame;
+            EXPECT_NEAR(a.z, b.z, 2e-3f) << classic->meshes[i]->name << frame;
+            if (frame == 7)
+                first = a;
+            const Vertex3D step = a - first;
+            moving += frame == 200 && std::sqrt(step * step) > 1e-4f;
+        }
+    }
+    EXPECT_GT(moving, 10);
+}
+
+// The flight ends where it begins and never jumps.
+TEST_F(Harbour, CameraFlies)
+{
+    OGroup* group = load(loadFlags | LOAD_KEYFRAMES | LOAD_TOLERANT);
+    ASSERT_NE(group, nullptr);
+    Camera* camera = group->cameras[0];
+    const auto fly = [&](int frame)
+    {
+        group->setCurrentFrame(frame);
+        group->doCameraAnim(camera);
+        return camera->eye;
+    };
+    const Vertex3D begin = fly(0);
+    Vertex3D before = begin, farthest = {0, 0, 0};
+    for (int frame = 1; frame < 360; frame++)
+    {
+        const Vertex3D now = fly(frame);
+        const Vertex3D step = now - before, away = now - begin;
+        EXPECT_LT(std::sqrt(step * step), 0.05f) << frame; // half a metre
+        if (away * away > farthest * farthest)
+            farthest = away;
+        before = now;
+    }
+    EXPECT_GT(std::sqrt(farthest * farthest), 1.0f);
+    const Vertex3D rest = before - begin;
+    EXPECT_LT(std::sqrt(rest * rest), 0.05f);
+}
+
+TEST_F(Harbour, HasAChimneyForSmoke)
+{
+    OGroup* group = load(loadFlags);
+    ASSERT_NE(group, nullptr);
+    EXPECT_NE(group->findObject("Chimney"), nullptr);
 }
 
 // No gap shows the cleared black.

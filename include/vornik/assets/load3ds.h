@@ -26,8 +26,8 @@ enum VRKLoadFlag
     LOAD_NO_MIPMAP = 0x4000,        ///< no mip levels
     LOAD_FROM_PACK = 0x8000,        ///< file and images from a pack
     /// For files from the wild: takes chunk ends from the file's own lengths, keeps every material, reads
-    /// byte colours as 0 to 255 and percentages in each form that exporters write, plays nodes as their makers
-    /// meant them (docs/animation.md). Off, the results of old hosts stand.
+    /// byte colours as 0 to 255 and percentages in each form that exporters write, plays nodes as their
+    /// makers meant them (docs/animation.md). Off, the results of old hosts stand.
     LOAD_TOLERANT = 0x10000
 };
 

@@ -5,6 +5,9 @@
 
 #include "vornik/core/vectors.h"
 
+/// Radians in a degree.
+constexpr double radiansPerDegree = 3.14159265358979323846 / 180;
+
 struct Point
 {
     double x = 0, y = 0, z = 0;
@@ -52,6 +55,21 @@ inline Linear turn(Point axis, double angle)
             {t * axis.x * axis.y - s * axis.z, t * axis.y * axis.y + c, t * axis.y * axis.z + s * axis.x},
             {t * axis.x * axis.z + s * axis.y, t * axis.y * axis.z - s * axis.x, t * axis.z * axis.z + c}};
 }
+
+/// The turn in a set of axes: columns of unit length, mirrored back where they are mirrored.
+inline Linear turnIn(const Linear& axes)
+{
+    const double sign = axes.determinant() < 0 ? -1 : 1;
+    const auto unit = [sign](const Point& p) { return p.length() > 0 ? p * (sign / p.length()) : p; };
+    return {unit(axes.x), unit(axes.y), unit(axes.z)};
+}
+
+/// Where something stands in the world, and what its axes have become.
+struct Pose
+{
+    Point origin;
+    Linear axes;
+};
 
 /// @return false for a matrix that flattens space or holds what is no number
 inline bool invert(const Linear& m, Linear* inverse)

@@ -9,6 +9,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "assets/carriednodes.h"
 #include "assets/linear.h"
 #include "vornik/animation/path.h"
 #include "vornik/scene/mesh.h"
@@ -19,13 +20,6 @@ enum
 {
     mostNodes = 8192,            // a group holds fewer objects, and cameras have two nodes each
     mostCopiedVertices = 1 << 21 // of all instances together
-};
-
-// A node at its first key: where its origin stands in the world, and what its axes have become.
-struct Pose
-{
-    Point origin;
-    Linear axes;
 };
 
 static OGroup* group = nullptr;
@@ -72,6 +66,12 @@ LoadedNode* addNode(int type)
     node.type = type;
     node.number = static_cast<int>(nodes.size()) - 1; // its place, unless the file tells
     return &node;
+}
+
+VRKPath* addTrack(int kind, Object* object)
+{
+    auto path = std::make_unique<VRKPath>(1, VRK_NODE_OBJECT, kind, object);
+    return paths->addPath(path.get()) == 0 ? path.release() : nullptr;
 }
 
 template <class T>
@@ -145,8 +145,6 @@ void takeObject(LoadedNode* node, const char* name)
 
 // Poses, each behind its parent's.
 
-static const double degree = 3.14159265358979323846 / 180;
-
 static Point positionOf(const LoadedNode& node)
 {
     if (!node.position)
@@ -158,7 +156,7 @@ static Point positionOf(const LoadedNode& node)
 static Linear turnOf(const LoadedNode& node)
 {
     const Vertex4D& t = node.firstTurn;
-    return turn({-t.x, -t.y, -t.z}, t.w * degree);
+    return turn({-t.x, -t.y, -t.z}, t.w * radiansPerDegree);
 }
 
 static Pose poseUnder(const Pose& parent, const LoadedNode& node)
@@ -221,14 +219,6 @@ static std::vector<int> sortByDepth(std::vector<int>* parents)
 static bool isFinite(const Point& p)
 {
     return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
-}
-
-// The turn in a set of axes: columns of unit length, mirrored back where they are mirrored.
-static Linear turnIn(const Linear& axes)
-{
-    const double sign = axes.determinant() < 0 ? -1 : 1;
-    const auto unit = [sign](const Point& p) { return p.length() > 0 ? p * (sign / p.length()) : p; };
-    return {unit(axes.x), unit(axes.y), unit(axes.z)};
 }
 
 // Keys of positions are relative to the parent's axes, which are the world's now. A camera's keys are where
@@ -354,7 +344,9 @@ void placeNodes()
 {
     std::vector<int> parents = findParents();
     poses.assign(nodes.size(), Pose{});
-    for (const int i : sortByDepth(&parents))
+    const std::vector<int> order = sortByDepth(&parents);
+    freeFromCameras(&nodes, &parents, order);
+    for (const int i : order)
     {
         const LoadedNode& node = nodes[static_cast<size_t>(i)];
         const int above = parents[static_cast<size_t>(i)];
@@ -374,13 +366,6 @@ void placeNodes()
         if (node.mesh && fresh)
             bakeVertices(node.mesh, node, pose);
     }
-}
-
-// A track with one key. @return null where the list is full
-static VRKPath* addTrack(int kind, Object* object)
-{
-    auto path = std::make_unique<VRKPath>(1, VRK_NODE_OBJECT, kind, object);
-    return paths->addPath(path.get()) == 0 ? path.release() : nullptr;
 }
 
 void finishNodes()

@@ -15,6 +15,9 @@ class OGroup;
 class PathList;
 class VRKPath;
 
+/// Frame in front of every other, for a key that holds up to the first of the file.
+constexpr int leadFrame = -65536;
+
 struct LoadedNode
 {
     Object* object = nullptr; ///< null for a node that moves nothing of the group
@@ -24,6 +27,7 @@ struct LoadedNode
     int number = 0, parentNumber = -1;
     VRKPath* position = nullptr; ///< its tracks; null where it has none or the list is full
     VRKPath* rotation = nullptr;
+    VRKPath* roll = nullptr;
     Vertex3D pivot = {0, 0, 0};
     Vertex3D scale = {1, 1, 1};        ///< of the first key
     Vertex4D firstTurn = {0, 0, 1, 0}; ///< first rotation key: axis, and degrees
@@ -35,6 +39,8 @@ void beginNodes(OGroup* group, PathList* paths);
 void rememberAxes(const Mesh* mesh, const float* axes);
 /// A new node; null when there are more than any group has objects for.
 LoadedNode* addNode(int type);
+/// A track of one key for an object; null where the list is full.
+VRKPath* addTrack(int kind, Object* object);
 /// Gives a node the object of its name: a mesh that has a node already is copied, and a name without a mesh
 /// becomes a hidden mesh without vertices.
 void takeObject(LoadedNode* node, const char* name);

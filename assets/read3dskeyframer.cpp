@@ -20,9 +20,6 @@
 PathList* loaderPaths = nullptr;
 bool keyframesRead = false;
 
-// Frame in front of every other, for a key that holds up to the first of the file.
-static const int leadFrame = -65536;
-
 namespace
 {
 
@@ -375,7 +372,9 @@ void KeyframeReader::readRolls()
             path->set(0, roll, leadFrame);
         path->set(k + 1, roll, frame);
     }
-    takePath(std::move(path));
+    VRKPath* taken = takePath(std::move(path));
+    if (node)
+        node->roll = taken;
 }
 
 // Only where a node stands at its first key; how its size changes is not played.

@@ -19,6 +19,7 @@
 #include "vornik/animation/path.h"
 #include "vornik/assets/load3ds.h"
 #include "vornik/core/errorlog.h"
+#include "vornik/rasterizer/state.h"
 #include "vornik/scene/mesh.h"
 #include "vornik/scene/object.h"
 #include "vornik/scene/ogroup.h"
@@ -532,6 +533,48 @@ TEST_F(TolerantKeyframer, CameraTracks)
         EXPECT_NEAR(camera->target.y, y, 1e-5);
         EXPECT_NEAR(camera->roll, roll, 1e-5);
     }
+}
+
+TEST_F(TolerantKeyframer, CamerasTurnWhatTheyCarry)
+{
+    // The camera stands at x = 100 and looks along +x, then pans to +y and rolls; what hangs two units in
+    // front of it and one to its right goes round with it.
+    load({.meshes = {triangle("M")},
+          .cameras = {{.name = "C", .eye = {100, 0, 0}, .target = {110, 0, 0}}},
+          .nodes = {{.kind = NODE_3DS_CAMERA,
+                     .id = int16_t(0),
+                     .name = "C",
+                     .positions = {{0, {100, 0, 0}}},
+                     .rolls = {{0, 0}, {20, 0}, {30, 90}}},
+                    {.kind = NODE_3DS_CAMERA_TARGET,
+                     .id = int16_t(1),
+                     .name = "C",
+                     .positions = {{0, {110, 0, 0}}, {20, {100, 10, 0}}}},
+                    {.id = int16_t(2), .name = "M", .parent = 0, .positions = {{0, {1, 0, -2}}}}}});
+    Mesh* carried = mesh("M");
+    EXPECT_EQ(carried->parent, nullptr);
+    expectPlace(carried, 0, 102, -1, 0);
+    expectPlace(carried, 20, 101, 2, 0);
+    // In the middle of the pan it looks along (1, 1).
+    const float half = std::sqrt(0.5f);
+    expectPlace(carried, 10, 100 + 3 * half, half, 0);
+    // Rolled by a quarter: what was to the right is above or below, as the engine's own roll has it.
+    group->currentFrame = 30;
+    Camera* camera = group->cameras[0];
+    group->doCameraAnim(camera);
+    EXPECT_EQ(camera->roll, 90.0f);
+    const Vertex3D v = place(carried, 30);
+    EXPECT_NEAR(v.x, 100, 1e-3);
+    EXPECT_NEAR(v.y, 2, 1e-3);
+    vrkInitMatrix();
+    vrkLookWithCamera(camera);
+    double m[16];
+    vrkGetModelViewMatrix(m);
+    EXPECT_NEAR(m[0] * v.x + m[4] * v.y + m[8] * v.z + m[12], 1, 1e-3); // to the right of the picture again
+    EXPECT_NEAR(m[1] * v.x + m[5] * v.y + m[9] * v.z + m[13], 0, 1e-3);
+    // And it turns with the camera: its first edge points to the right of the picture.
+    const Vertex3D edge = place(carried, 30, 1) - v;
+    EXPECT_NEAR(m[0] * edge.x + m[4] * edge.y + m[8] * edge.z, 2, 1e-3);
 }
 
 TEST_F(TolerantKeyframer, ParentsInACircleAreBroken)

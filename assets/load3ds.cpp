@@ -191,6 +191,8 @@ static void runPasses(OGroup* group, int flags, Progress progress)
     if (flags & LOAD_KEYFRAMES && keyframesRead)
         group->animated = 1;
     report(progress, 1.0f);
+    if (flags & LOAD_OCTREE)
+        group->constructOctree();
 }
 
 // A list that a full group doesn't take lives for the load only. @return that list

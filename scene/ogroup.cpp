@@ -13,6 +13,7 @@
 
 #include "animation/tracks.h"
 #include "scene/materialranges.h"
+#include "spatial/octreeedit.h"
 #include "vornik/animation/path.h"
 #include "vornik/assets/tlist.h"
 #include "vornik/core/errorlog.h"
@@ -20,6 +21,7 @@
 #include "vornik/particles/particlesource.h"
 #include "vornik/scene/mesh.h"
 #include "vornik/scene/object.h"
+#include "vornik/spatial/octree.h"
 
 OGroup::OGroup()
     : meshCount(0), cameraCount(0), lightCount(0), tlistCount(0), pathListCount(0), particleSourceCount(0),
@@ -187,6 +189,8 @@ int OGroup::clear()
     destroyAll(tlists, tlistCount);
     destroyAll(pathLists, pathListCount);
     destroyAll(particleSources, particleSourceCount);
+    delete octree;
+    octree = nullptr;
     activeTList = nullptr;
     activePathList = nullptr;
     activeCamera = nullptr;
@@ -208,8 +212,9 @@ static void delPaths(PathList& list, const Object* object)
 }
 
 // Clears what would still lead to an object that is about to be destroyed.
-static void forget(OGroup& group, const Object* object)
+static void forget(OGroup& group, const Mesh* object)
 {
+    removeFromOctree(group.octree, object);
     const auto orphan = [object](auto** slots, int count)
     {
         for (int i = 0; i < count; i++)
@@ -407,4 +412,6 @@ void OGroup::attach()
         if (isMarked(meshes[i]))
             delMesh(meshes[i]);
     addMesh(merged);
+    delete octree;
+    octree = nullptr;
 }

@@ -1,4 +1,22 @@
+// Rays and heights.
+
 #include "vornik/spatial/queries.h"
+
+#include <cfloat>
+#include <chrono>
+#include <cstdlib>
+
+#include "vornik/assets/tlist.h"
+#include "vornik/scene/material.h"
+#include "vornik/scene/mesh.h"
+#include "vornik/scene/ogroup.h"
+#include "vornik/spatial/octree.h"
+
+enum
+{
+    rayLeafCapacity = 32768,
+    stackLeafCapacity = 1024
+};
 
 float intersect2(const Vertex3D* start, const Vertex3D* end, const Vertex3D* a, const Vertex3D* b,
                  const Vertex3D* c)
@@ -22,4 +40,170 @@ float intersect2(const Vertex3D* start, const Vertex3D* end, const Vertex3D* a, 
     if (v < 0.0f || u + v > 1.0f)
         return -1.0f;
     return (q * edge2) * inverse;
+}
+
+Vertex3D findIntersectionPoint(const Vertex3D* start, const Vertex3D* end, const Vertex3D* a,
+                               const Vertex3D* b, const Vertex3D* c)
+{
+    const Vertex3D normal = calcNormal(a, b, c);
+    Vertex3D step = *end - *start;
+    float slope = normal * step;
+    if (slope == 0.0f)
+        slope = FLT_MIN;
+    step *= -(normal * *start - normal * *a) / slope;
+    return *start + step;
+}
+
+// Where a ray meets a face of a mesh in the world. @return false if it doesn't, or if the face doesn't exist
+static bool hitFace(const Vertex3D& start, const Vertex3D& end, Mesh* mesh, int face, Vertex3D* point)
+{
+    if (!mesh || !mesh->faces || face < 0 || face >= mesh->faceCount)
+        return false;
+    const Facelist& corners = mesh->faces[face];
+    const Vertex3D a = mesh->calculatedVertex(corners.a);
+    const Vertex3D b = mesh->calculatedVertex(corners.b);
+    const Vertex3D c = mesh->calculatedVertex(corners.c);
+    if (!(intersect2(&start, &end, &a, &b, &c) >= 0.0f))
+        return false;
+    *point = findIntersectionPoint(&start, &end, &a, &b, &c);
+    return true;
+}
+
+// Calls use(point, poly) for every hit in some leaves until it returns true. @return did it?
+template <class Use>
+static bool forEachHit(const Vertex3D& start, const Vertex3D& end, octreeNode* const* leaves, int count,
+                       Use use)
+{
+    for (int leaf = 0; leaf < count; ++leaf)
+        for (int i = 0; i < leaves[leaf]->polys.size; ++i)
+        {
+            const OTPolyData& poly = leaves[leaf]->polys.items[i];
+            Vertex3D point;
+            if (hitFace(start, end, poly.mesh, poly.face, &point) && use(point, poly))
+                return true;
+        }
+    return false;
+}
+
+static bool canAsk(const Vertex3D* start, const Vertex3D* end, const OGroup* group)
+{
+    return start && end && group && group->octree;
+}
+
+// Faces whose material has an opacity image let half of the rays through.
+static bool stopsRay(const OGroup& group, const OTPolyData& poly)
+{
+    const Material* material =
+        group.activeTList && poly.mesh->faceMaterials
+            ? group.activeTList->getMaterial(poly.mesh->faceMaterials[poly.face].materialIndex)
+            : nullptr;
+    return !material || !material->opacityTexture || std::rand() % 1000 < 500;
+}
+
+float vrkRaySceneDistance(Vertex3D* start, Vertex3D* end, OGroup* group)
+{
+    static octreeNode* leaves[rayLeafCapacity];
+    float best = FLT_MAX;
+    if (!canAsk(start, end, group))
+        return best;
+    const int count = group->octree->traverseRay(start, end, leaves, rayLeafCapacity);
+    forEachHit(*start, *end, leaves, count,
+               [&](const Vertex3D& point, const OTPolyData& poly)
+               {
+                   const float distance = vrkDistance(start, &point);
+                   if (distance < best && stopsRay(*group, poly))
+                       best = distance;
+                   return false;
+               });
+    return best;
+}
+
+bool vrkRayScene(Vertex3D* start, Vertex3D* end, float maxDistance, OGroup* group)
+{
+    octreeNode* leaves[stackLeafCapacity];
+    if (!canAsk(start, end, group))
+        return false;
+    const int count = group->octree->traverseRay(start, end, leaves, stackLeafCapacity);
+    return forEachHit(*start, *end, leaves, count,
+                      [&](const Vertex3D& point, const OTPolyData&)
+                      { return vrkDistance(start, &point) < maxDistance; });
+}
+
+bool vrkRayBox(Vertex3D* start, Vertex3D* end, Mesh* mesh, Vertex3D* point)
+{
+    if (!start || !end || !mesh || !mesh->faces || !mesh->transformedVertices)
+        return false;
+    for (int i = 0; i < mesh->faceCount; ++i)
+    {
+        const Facelist& face = mesh->faces[i];
+        if (face.a >= mesh->vertexCount || face.b >= mesh->vertexCount || face.c >= mesh->vertexCount)
+            continue;
+        const Vertex3D *a = &mesh->transformedVertices[face.a], *b = &mesh->transformedVertices[face.b],
+                       *c = &mesh->transformedVertices[face.c];
+        if (!(intersect2(start, end, a, b, c) >= 0.0f))
+            continue;
+        if (point)
+            *point = findIntersectionPoint(start, end, a, b, c);
+        return true;
+    }
+    return false;
+}
+
+// The hit that is best by a comparison of heights.
+template <class IsBetter>
+static Vertex3D extremeHit(Vertex3D* start, Vertex3D* end, OGroup* group, Vertex3D result, float toBeat,
+                           IsBetter isBetter)
+{
+    octreeNode* leaves[stackLeafCapacity];
+    if (!canAsk(start, end, group))
+        return result;
+    const int count = group->octree->traverseRay(start, end, leaves, stackLeafCapacity);
+    forEachHit(*start, *end, leaves, count,
+               [&](const Vertex3D& point, const OTPolyData&)
+               {
+                   if (isBetter(point.z, toBeat))
+                   {
+                       result = point;
+                       toBeat = point.z;
+                   }
+                   return false;
+               });
+    return result;
+}
+
+Vertex3D vrkCheckHeight(Vertex3D* start, Vertex3D* end, OGroup* group)
+{
+    return extremeHit(start, end, group, {0.0f, 0.0f, -999999.0f}, -100000000.0f,
+                      [](float z, float toBeat) { return z > toBeat; });
+}
+
+Vertex3D vrkCheckNegativeHeight(Vertex3D* start, Vertex3D* end, OGroup* group)
+{
+    return extremeHit(start, end, group, {0.0f, 0.0f, 999999.0f}, 100000000.0f,
+                      [](float z, float toBeat) { return z < toBeat; });
+}
+
+Vertex3D vrkCheckHeight2(Vertex3D* start, Vertex3D* end, OGroup* group)
+{
+    Vertex3D result = {0.0f, 0.0f, 0.0f};
+    float toBeat = FLT_MIN;
+    for (int m = 0; start && end && group && m < group->meshCount; ++m)
+        for (int face = 0; group->meshes[m] && face < group->meshes[m]->faceCount; ++face)
+        {
+            Vertex3D point;
+            if (hitFace(*start, *end, group->meshes[m], face, &point) && point.z > toBeat)
+            {
+                result = point;
+                toBeat = point.z;
+            }
+        }
+    return result;
+}
+
+void wait(unsigned int milliseconds)
+{
+    using Clock = std::chrono::steady_clock;
+    const Clock::time_point end = Clock::now() + std::chrono::milliseconds(milliseconds);
+    while (Clock::now() < end)
+        continue;
 }

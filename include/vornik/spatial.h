@@ -3,6 +3,7 @@
 
 // Questions that a host asks of the geometry.
 
+#include "vornik/spatial/octree.h"
 #include "vornik/spatial/queries.h"
 
 #endif

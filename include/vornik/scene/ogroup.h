@@ -42,9 +42,9 @@ public:
     TList* activeTList;       ///< resolves material numbers at drawing
     PathList* activePathList; ///< what animation reads
     Camera* activeCamera;     ///< recorded only; drawing takes its camera from the caller
-    octreeNode* octree;
-    uint8_t animated;  ///< meshes are placed by their keys
-    uint8_t stopAtEnd; ///< 0: frame numbers wrap; otherwise they stop at the end
+    octreeNode* octree;       ///< owned; null until constructOctree
+    uint8_t animated;         ///< meshes are placed by their keys
+    uint8_t stopAtEnd;        ///< 0: frame numbers wrap; otherwise they stop at the end
     int32_t currentFrame, firstFrame, lastFrame, frameCount;
 
     OGroup();
@@ -81,6 +81,16 @@ public:
     /// Removes and destroys a mesh and its paths; of two neighbouring paths the second stays.
     /// @return 0, 38 (null) or 39 (not in this group), logged
     int delMesh(Mesh* mesh);
+
+    /// Builds the octree that the queries ask, from the visible meshes as they stand now. A tree that is
+    /// there already is not released. @return 0; 44 without meshes, logged
+    int constructOctree();
+
+    /// Scales the whole group, tracks, lights and cameras' eyes included, so that a known object gets a
+    /// wanted size, and builds the octree anew. Targets of cameras and originalVertices stay.
+    /// @param reference  hidden from then on; without any extent nothing is scaled
+    /// @param size       of the largest side, along an axis, of its largest face
+    void adjustSize(Mesh* reference, float size);
 
     /// Gives a group of the same geometry this group's material assignment. The TLists are then shared, and
     /// owned twice: keep one group alive, mind the order of deletion, and call setActiveTList on the target.

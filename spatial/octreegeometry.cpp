@@ -1,0 +1,128 @@
+// Triangles and segments against cubes.
+
+#include <cmath>
+
+#include "vornik/spatial/octree.h"
+
+static float component(const Vertex3D& v, int axis)
+{
+    return axis == 0 ? v.x : axis == 1 ? v.y : v.z;
+}
+
+static float signOf(float value)
+{
+    return value >= 0.0f ? 1.0f : -1.0f;
+}
+
+// The axis of the largest component; of two equal ones the later.
+static int largestAxis(const Vertex3D& v)
+{
+    const float x = std::fabs(v.x), y = std::fabs(v.y), z = std::fabs(v.z);
+    if (x > y)
+        return x > z ? 0 : 2;
+    return y > z ? 1 : 2;
+}
+
+int polygonContainsPoint(const Vertex3D* triangle, const Vertex3D* normal, const Vertex3D* point)
+{
+    const int k = largestAxis(*normal);
+    const bool forward = component(*normal, k) >= 0.0f;
+    const int u = (k + (forward ? 1 : 2)) % 3;
+    const int v = (k + (forward ? 2 : 1)) % 3;
+    const float pu = component(*point, u), pv = component(*point, v);
+
+    int windings = 0;
+    for (int i = 0; i < 3; ++i)
+    {
+        const Vertex3D &a = triangle[i], &b = triangle[(i + 1) % 3];
+        const float au = component(a, u), av = component(a, v);
+        const float bu = component(b, u), bv = component(b, v);
+        const int s = static_cast<int>(pu < bu) - static_cast<int>(pu < au);
+        if (s == 0)
+            continue;
+        const float sign = static_cast<float>(s);
+        if ((pv < bv) != (pv < av))
+        {
+            if ((pv - av) * (bu - au) * sign >= (bv - av) * (pu - au) * sign)
+                windings += s;
+        }
+        else if (av <= pv)
+            windings += s;
+    }
+    return windings;
+}
+
+bool segmentIntersectsCube(const Vertex3D* p, const Vertex3D* q)
+{
+    const float from[3] = {p->x, p->y, p->z}, to[3] = {q->x, q->y, q->z};
+    float edge[3], sign[3];
+    for (int i = 0; i < 3; ++i)
+    {
+        edge[i] = to[i] - from[i];
+        sign[i] = signOf(edge[i]);
+        if (sign[i] * from[i] > 0.5f || sign[i] * to[i] < -0.5f)
+            return false;
+    }
+    for (int axis = 0; axis < 3; ++axis)
+    {
+        const int i = (axis + 1) % 3, j = (axis + 2) % 3;
+        const float lhs = from[i] * edge[j] - from[j] * edge[i];
+        const float rhs = 0.5f * (sign[j] * edge[i] + sign[i] * edge[j]);
+        if (rhs * rhs < lhs * lhs)
+            return false;
+    }
+    return true;
+}
+
+bool polygonIntersectsCube(const Vertex3D* triangle, const Vertex3D* normal)
+{
+    for (int i = 0; i < 3; ++i)
+        if (segmentIntersectsCube(&triangle[i], &triangle[(i + 1) % 3]))
+            return true;
+    if (normal->x == 0.0f && normal->y == 0.0f && normal->z == 0.0f)
+        return false;
+    // No edge in the cube: a large triangle may still cut the diagonal that lies most along its normal.
+    const Vertex3D sign = {signOf(normal->x), signOf(normal->y), signOf(normal->z)};
+    const float t = (triangle[0] * *normal) / (sign * *normal);
+    if ((t + 0.5f) * (t - 0.5f) > 0.0f)
+        return false;
+    const Vertex3D point = {sign.x * t, sign.y * t, sign.z * t};
+    return polygonContainsPoint(triangle, normal, &point) != 0;
+}
+
+// Brings points to the unit cube around the origin.
+struct ToUnitCube
+{
+    Vertex3D middle;
+    float scale;
+
+    ToUnitCube(const Vertex3D& min, const Vertex3D& max)
+        : middle{(min.x + max.x) * 0.5f, (min.y + max.y) * 0.5f, (min.z + max.z) * 0.5f},
+          // A little wider, so that what lies exactly on a border is in both neighbours.
+          scale(1.0f / ((max.x - min.x) * 1.01f))
+    {
+    }
+    Vertex3D operator()(const Vertex3D& p) const
+    {
+        return {(p.x - middle.x) * scale, (p.y - middle.y) * scale, (p.z - middle.z) * scale};
+    }
+};
+
+bool triangleIntersectsBox(const Vertex3D* triangle, const Vertex3D* min, const Vertex3D* max)
+{
+    if (max->x - min->x == 0.0f)
+        return false;
+    const ToUnitCube move(*min, *max);
+    const Vertex3D moved[3] = {move(triangle[0]), move(triangle[1]), move(triangle[2])};
+    const Vertex3D normal = calcPlaneNormal(&triangle[0], &triangle[1], &triangle[2]);
+    return polygonIntersectsCube(moved, &normal);
+}
+
+bool segmentIntersectsBox(const Vertex3D* a, const Vertex3D* b, const Vertex3D* min, const Vertex3D* max)
+{
+    if (max->x - min->x == 0.0f)
+        return false;
+    const ToUnitCube move(*min, *max);
+    const Vertex3D from = move(*a), to = move(*b);
+    return segmentIntersectsCube(&from, &to);
+}

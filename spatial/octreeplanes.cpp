@@ -1,0 +1,136 @@
+// Faces of a leaf grouped by their plane and material, for collision.
+
+#include <cmath>
+#include <memory>
+#include <new>
+#include <vector>
+
+#include "vornik/scene/mesh.h"
+#include "vornik/spatial/octree.h"
+
+static int planeCounter = 0;
+
+// A face as it stands in the world now.
+struct WorldFace
+{
+    Vertex3D corners[3];
+    Vertex3D normal;
+    int material;
+};
+
+static WorldFace worldFace(const OTPolyData& poly)
+{
+    const Facelist& face = poly.mesh->faces[poly.face];
+    WorldFace result = {{poly.mesh->calculatedVertex(face.a), poly.mesh->calculatedVertex(face.b),
+                         poly.mesh->calculatedVertex(face.c)},
+                        {},
+                        poly.mesh->faceMaterials ? poly.mesh->faceMaterials[poly.face].materialIndex : 0};
+    result.normal = calcNormal(&result.corners[0], &result.corners[1], &result.corners[2]);
+    return result;
+}
+
+// Do two faces belong to one group? Faces that look the same way don't: those that look away from each other
+// and those without a normal join.
+static bool belongsTo(const WorldFace& face, const WorldFace& first, float tolerance)
+{
+    if (face.material != first.material || !(first.normal * face.normal < 0.0001f))
+        return false;
+    for (const Vertex3D& corner : face.corners)
+        if (!(std::fabs((corner - first.corners[0]) * first.normal) < tolerance))
+            return false;
+    return true;
+}
+
+static Plane* makePlane(const WorldFace& first, const std::vector<PlaneList>& members)
+{
+    Plane* plane = new Plane;
+    plane->create(static_cast<int>(members.size()));
+    for (size_t i = 0; plane->faces && i < members.size(); ++i)
+        plane->faces[i] = members[i];
+    plane->normal = first.normal;
+    plane->point = first.corners[0];
+    return plane;
+}
+
+int octreeNode::createPlanes(float tolerance)
+{
+    // Every face is put into the world once, however many others it is compared with.
+    std::vector<WorldFace> faces;
+    faces.reserve(static_cast<size_t>(polys.size));
+    for (int i = 0; i < polys.size; ++i)
+        faces.push_back(worldFace(polys.items[i]));
+    std::vector<char> taken(faces.size(), 0);
+    std::vector<PlaneList> members;
+    Plane** tail = &planes;
+    while (*tail)
+        tail = &(*tail)->next;
+    for (size_t i = 0; i < faces.size(); ++i)
+    {
+        if (taken[i])
+            continue;
+        members.clear();
+        for (size_t j = i; j < faces.size(); ++j)
+        {
+            if (j != i && (taken[j] || !belongsTo(faces[j], faces[i], tolerance)))
+                continue;
+            taken[j] = 1;
+            members.push_back({polys.items[j].face, polys.items[j].mesh});
+        }
+        *tail = makePlane(faces[i], members);
+        tail = &(*tail)->next;
+    }
+    return 0;
+}
+
+void octreeNode::constructPlanes(float tolerance)
+{
+    createPlanes(tolerance);
+    for (octreeNode* node : child)
+        if (node)
+            node->constructPlanes(tolerance);
+}
+
+void octreeNode::unifyPlanes()
+{
+    for (Plane* plane = planes; plane; plane = plane->next)
+        plane->id = planeCounter++;
+    for (octreeNode* node : child)
+        if (node)
+            node->unifyPlanes();
+}
+
+void octreeNode::makePlanes(float tolerance)
+{
+    planeCounter = 0;
+    constructPlanes(tolerance);
+    unifyPlanes();
+}
+
+int octreeNode::destroyPlanes()
+{
+    Plane* list = planes;
+    planes = nullptr;
+    delete list; // with all behind it
+    return 0;
+}
+
+void octreeNode::combinePlanes(octreeNode* root, float tolerance)
+{
+    if (!root)
+        return;
+    root->subCombinePlanes(this, tolerance);
+    for (octreeNode* node : child)
+        if (node)
+            node->combinePlanes(root, tolerance);
+}
+
+void octreeNode::subCombinePlanes(octreeNode* other, float tolerance)
+{
+    for (Plane* a = planes; a; a = a->next)
+        for (Plane* b = other->planes; b; b = b->next)
+            if (b->normal * a->normal < 0.00001f && std::fabs((a->point - b->point) * b->normal) < tolerance)
+                b->id = a->id;
+    for (octreeNode* node : child)
+        if (node)
+            node->subCombinePlanes(other, tolerance);
+}

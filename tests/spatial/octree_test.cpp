@@ -96,7 +96,7 @@ TEST_F(Octree, NewNode)
 }
 
 // Calls on null nodes are part of the interface, though the language knows none.
-__attribute__((no_sanitize("undefined"))) static void askNullNode(octreeNode* none)
+__attribute__((noipa, no_sanitize("undefined"))) static void askNullNode(octreeNode* none)
 {
     Vertex3D point = {0, 0, 0};
     octreeNode* out[30];

@@ -8,8 +8,10 @@
 #include <memory>
 #include <string>
 
+#include "assets/packread.h"
 #include "assets/tga.h"
 #include "platform/file.h"
+#include "vornik/assets/pack.h"
 #include "vornik/assets/texture.h"
 #include "vornik/core/errorlog.h"
 #include "vornik/core/memory.h"
@@ -17,6 +19,13 @@
 enum
 {
     pathCapacity = 256
+};
+
+// Where a texture's files are: loose, or in a pack and nowhere else.
+struct Source
+{
+    bool packed;
+    const char* pack; // null unless packed
 };
 
 bool isTextureSizeLegal(int width, int height)
@@ -33,28 +42,39 @@ static void join(const Texture& texture, int index, char (&path)[pathCapacity])
         path[pathCapacity - 1] = 0;
 }
 
-int Texture::extractNames()
+static int extractNamesFrom(Texture& texture, const Source& source)
 {
     char path[pathCapacity];
-    join(*this, 0, path);
-    if (!checkExtension(path, ".IFL"))
+    join(texture, 0, path);
+    if (!texture.checkExtension(path, ".IFL"))
     {
-        frameCount = 1;
+        texture.frameCount = 1;
         return 0;
     }
 
     const std::unique_ptr<String[]> lines(new String[64]);
-    const int count = readImageList(path, lines.get());
+    const int count = source.packed ? readPackedImageList(path, lines.get(), source.pack)
+                                    : readImageList(path, lines.get());
     if (count < 1)
         return vrkPutToErrorLog("Error loading .IFL file", 7);
     for (int i = 0; i < count; ++i)
     {
         char name[sizeof lines[i].data + 1];
         std::snprintf(name, sizeof name, "%.*s", lines[i].length(), lines[i].data);
-        setFilename(name, i + 1);
+        texture.setFilename(name, i + 1);
     }
-    frameCount = count;
+    texture.frameCount = count;
     return 0;
+}
+
+int Texture::extractNames()
+{
+    return extractNamesFrom(*this, {false, nullptr});
+}
+
+int Texture::extractNames(const char* packName)
+{
+    return extractNamesFrom(*this, {true, packName});
 }
 
 // Allocates the block that an image is read into. It also covers the size that the texture has, since a frame
@@ -71,11 +91,11 @@ static void allocateBlock(Texture& texture)
     texture.pixels = static_cast<uint8_t*>(std::calloc(bytes, 1));
 }
 
-static bool readJpegInto(Texture& texture, const char* path)
+static bool readJpegInto(Texture& texture, const Source& source, const char* path)
 {
     int width = texture.width;
     int height = texture.height;
-    if (!loadJPEG(path, &texture.pixels, &width, &height, false, nullptr))
+    if (!loadJPEG(path, &texture.pixels, &width, &height, false, source.pack))
         return false;
     texture.width = width;
     texture.height = height;
@@ -83,9 +103,12 @@ static bool readJpegInto(Texture& texture, const char* path)
     return true;
 }
 
-static int readTgaInto(Texture& texture, const char* path)
+static int readTgaInto(Texture& texture, const Source& source, const char* path)
 {
     const TgaReading reading = texture.acceptSubstitutes ? TgaReading::tolerant : TgaReading::strict;
+    if (source.packed)
+        return readPackedTGA(path, reading, &texture.pixels, &texture.width, &texture.height,
+                             &texture.bytesPerPixel, source.pack);
     return readTGA(path, reading, &texture.pixels, &texture.width, &texture.height, &texture.bytesPerPixel);
 }
 
@@ -96,22 +119,24 @@ static void replaceExtension(char* path, const char* extension)
 
 // A name in a format without a reader stands for the JPEG of the same stem. Its TGA is read, too, but then
 // refused.
-static int readSubstitute(Texture& texture, char* path)
+static int readSubstitute(Texture& texture, const Source& source, char* path)
 {
     texture.bytesPerPixel = 3;
     replaceExtension(path, "JPG");
-    if (readJpegInto(texture, path))
+    if (readJpegInto(texture, source, path))
         return 0;
     replaceExtension(path, "TGA");
-    if (readTgaInto(texture, path) == 0)
+    if (readTgaInto(texture, source, path) == 0)
         return vrkPutToErrorLog("Error loading file", 10);
     return 0;
 }
 
 // The existing file that a tolerant load takes for a path: itself, or the JPEG or TGA of its stem, in the
 // folder that it names or straight in the texture's folder. Empty if there is none.
-static std::string findSubstitute(const Texture& texture, const std::string& name)
+static std::string findSubstitute(const Texture& texture, const Source& source, const std::string& name)
 {
+    if (source.packed && packOpen(source.pack) != 0)
+        return "";
     const size_t dot = name.find_last_of('.');
     const std::string stem = name.substr(0, dot);
     const std::string extension = dot == std::string::npos ? "" : name.substr(dot);
@@ -120,59 +145,74 @@ static std::string findSubstitute(const Texture& texture, const std::string& nam
     for (const std::string& place : {stem, file})
         for (const char* ending : {readable ? extension.c_str() : ".JPG", ".JPG", ".TGA"})
         {
-            std::string found = vrkResolveName((texture.baseDir + place + ending).c_str());
+            const std::string path = texture.baseDir + place + ending;
+            std::string found = source.packed ? resolvePackedName(path) : vrkResolveName(path.c_str());
             if (!found.empty())
                 return found;
         }
     return "";
 }
 
-static int readTolerant(Texture& texture, int index)
+static int readTolerant(Texture& texture, const Source& source, int index)
 {
     char name[sizeof texture.names[index]];
     std::strcpy(name, texture.names[index]);
     texture.checkExtension(name, ".JPG"); // upper-cases
-    const std::string found = findSubstitute(texture, name);
+    const std::string found = findSubstitute(texture, source, name);
     std::string upper = found;
     if (!found.empty() && texture.checkExtension(upper.data(), ".JPG"))
-        return readJpegInto(texture, found.c_str()) ? 0 : vrkPutToErrorLog("Error loading .JPG file", 8);
+        return readJpegInto(texture, source, found.c_str()) ? 0
+                                                            : vrkPutToErrorLog("Error loading .JPG file", 8);
     if (!found.empty())
-        return readTgaInto(texture, found.c_str()) == 0 ? 0 : vrkPutToErrorLog("Error loading .TGA file", 9);
+        return readTgaInto(texture, source, found.c_str()) == 0
+                   ? 0
+                   : vrkPutToErrorLog("Error loading .TGA file", 9);
     return vrkPutToErrorLog("Error loading file", 10);
 }
 
-static int readByExtension(Texture& texture, char* path)
+static int readByExtension(Texture& texture, const Source& source, char* path)
 {
     if (texture.checkExtension(path, ".JPG"))
-        return readJpegInto(texture, path) ? 0 : vrkPutToErrorLog("Error loading .JPG file", 8);
+        return readJpegInto(texture, source, path) ? 0 : vrkPutToErrorLog("Error loading .JPG file", 8);
     if (texture.checkExtension(path, ".PNG") || texture.checkExtension(path, ".TIF") ||
         texture.checkExtension(path, ".GIF"))
-        return readSubstitute(texture, path);
+        return readSubstitute(texture, source, path);
     if (texture.checkExtension(path, ".TGA"))
-        return readTgaInto(texture, path) == 0 ? 0 : vrkPutToErrorLog("Error loading .TGA file", 9);
+        return readTgaInto(texture, source, path) == 0 ? 0 : vrkPutToErrorLog("Error loading .TGA file", 9);
     return vrkPutToErrorLog("Texture (image) format not supported", 6);
 }
 
-int Texture::loadTexture(int index, float scale)
+static int loadTextureFrom(Texture& texture, const Source& source, int index, float scale)
 {
     if (index < 0 || index >= 64)
         return 0;
     char path[pathCapacity];
-    join(*this, index, path);
-    allocateBlock(*this);
-    if (checkExtension(path, ".IFL"))
+    join(texture, index, path);
+    allocateBlock(texture);
+    if (texture.checkExtension(path, ".IFL"))
     {
         // A list of one image has no frame of its own: the texture stays empty.
-        vrkFree(reinterpret_cast<char**>(&pixels));
+        vrkFree(reinterpret_cast<char**>(&texture.pixels));
         return 0;
     }
 
-    const int result = acceptSubstitutes ? readTolerant(*this, index) : readByExtension(*this, path);
+    const int result = texture.acceptSubstitutes ? readTolerant(texture, source, index)
+                                                 : readByExtension(texture, source, path);
     if (result != 0)
         return result;
-    if (!acceptSubstitutes && !isTextureSizeLegal(width, height))
+    if (!texture.acceptSubstitutes && !isTextureSizeLegal(texture.width, texture.height))
         return vrkPutToErrorLog("Illegal texture size (width and height must be n^2)", 12);
     if (scale != 1.0f)
-        scaleTexture(scale);
+        texture.scaleTexture(scale);
     return 0;
+}
+
+int Texture::loadTexture(int index, float scale)
+{
+    return loadTextureFrom(*this, {false, nullptr}, index, scale);
+}
+
+int Texture::loadTexture(int index, const char* packName, float scale)
+{
+    return loadTextureFrom(*this, {true, packName}, index, scale);
 }

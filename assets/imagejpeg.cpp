@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include "assets/packread.h"
 #include "platform/file.h"
 #include "platform/jpeg.h"
 
@@ -31,12 +32,11 @@ static void expand(const JpegImage& source, uint8_t* image)
 bool loadJPEG(const char* name, uint8_t** image, int* width, int* height, bool alphaOnly,
               const char* packName)
 {
-    // There is no reader of packs: a name in one can't be opened.
-    if (!image || !*image || packName)
+    if (!image || !*image)
         return false;
 
     size_t size = 0;
-    char* file = vrkReadFile(name, 0, &size);
+    char* file = packName ? readPackedFile(packName, name, 0, &size) : vrkReadFile(name, 0, &size);
     if (!file)
         return false;
     JpegImage decoded;

@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "platform/file.h"
+#include "vornik/assets/pack.h"
 
 enum
 {
@@ -12,38 +13,81 @@ enum
     lineCapacity = 255
 };
 
-String readImageListLine(FILE* file)
+struct FileBytes
+{
+    FILE* file;
+
+    bool read(char* byte) { return std::fread(byte, 1, 1, file) == 1; }
+    bool atEnd() const { return std::feof(file) || std::ferror(file); }
+    bool isDone() const { return atEnd(); }
+};
+
+// Lines end where the pack does; only the list as a whole ends with its member.
+struct MemberBytes
+{
+    PackHandle* handle;
+    bool exhausted = false;
+
+    bool read(char* byte)
+    {
+        exhausted = packFileRead(byte, 1, 1, handle) != 1;
+        return !exhausted;
+    }
+    bool atEnd() const { return exhausted; }
+    bool isDone() const { return exhausted || packFileEof(handle); }
+};
+
+template <typename Bytes>
+static String readLine(Bytes* bytes)
 {
     String line(lineCapacity);
     int length = 0;
-    int byte = 0;
     // A read at the end of the file leaves the byte as it was: a last line without a line feed therefore
     // repeats its last character. End the list with a line feed.
-    const auto next = [&]
+    char byte = 0;
+    while (!bytes->atEnd())
     {
-        const int c = std::fgetc(file);
-        if (c != EOF)
-            byte = c;
-        return byte;
-    };
-
-    while (!std::feof(file))
-    {
-        int c = next();
-        if (c == '\r')
+        bytes->read(&byte);
+        if (byte == '\r')
         {
             // The byte behind a carriage return is dropped, whatever it is.
-            c = next();
-            if (c == '\r' || c == '\n' || c == 27)
+            bytes->read(&byte);
+            if (byte == '\r' || byte == '\n' || byte == 27)
                 break;
             continue;
         }
-        if (c == '\n' || c == 27)
+        if (byte == '\n' || byte == 27)
             break;
         if (length < lineCapacity)
-            line.data[length++] = static_cast<char>(c);
+            line.data[length++] = byte;
     }
     return line;
+}
+
+template <typename Bytes>
+static int readLines(Bytes* bytes, String* strings)
+{
+    int count = 0;
+    while (!bytes->isDone() && count < mostFrames)
+    {
+        const String line = readLine(bytes);
+        // Too short to be the name of an image.
+        if (line.trim().length() > 4)
+            strings[count++] = line;
+    }
+    return count;
+}
+
+String readImageListLine(FILE* file)
+{
+    FileBytes bytes = {file};
+    return readLine(&bytes);
+}
+
+String readPackedImageListLine(PackHandle* handle)
+{
+    MemberBytes bytes = {handle};
+    return readLine(&bytes);
 }
 
 int readImageList(const char* path, String* strings)
@@ -51,15 +95,20 @@ int readImageList(const char* path, String* strings)
     FILE* file = vrkOpenFile(path, "rb");
     if (!file)
         return -1;
-
-    int count = 0;
-    while (!std::feof(file) && count < mostFrames)
-    {
-        const String line = readImageListLine(file);
-        // Too short to be the name of an image.
-        if (line.trim().length() > 4)
-            strings[count++] = line;
-    }
+    FileBytes bytes = {file};
+    const int count = readLines(&bytes, strings);
     std::fclose(file);
+    return count;
+}
+
+int readPackedImageList(const char* path, String* strings, const char* packName)
+{
+    PackHandle* handle = packOpen(packName) == 0 ? packFileOpen(path, "rb") : nullptr;
+    if (!handle)
+        return -1;
+    MemberBytes bytes = {handle};
+    const int count = readLines(&bytes, strings);
+    packFileClose(handle);
+    packClose();
     return count;
 }

@@ -7,8 +7,10 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "assets/packread.h"
 #include "assets/tga.h"
 #include "platform/file.h"
+#include "vornik/assets/pack.h"
 #include "vornik/core/errorlog.h"
 
 enum
@@ -171,6 +173,56 @@ int readTGA(const char* name, TgaReading reading, uint8_t** image, int* width, i
         parse(reinterpret_cast<const uint8_t*>(file), size, reading, image, width, height, bytesPerPixel);
     std::free(file);
     return result;
+}
+
+// The most bytes that an image can take behind its header: every pixel with a packet byte of its own.
+static uint64_t mostBytes(const Header& header)
+{
+    const auto pixels = static_cast<uint64_t>(header.width) * static_cast<uint64_t>(header.height);
+    const int pixelSize = std::max(header.depth, 0) / 8;
+    return static_cast<uint64_t>(header.identificationSize) + pixels * static_cast<uint64_t>(pixelSize + 1);
+}
+
+// Header and pixels are two reads, and neither is stopped by the member's end.
+static char* readMember(PackHandle* handle, size_t* size)
+{
+    uint8_t start[headerSize] = {};
+    size_t read = packFileRead(start, 1, headerSize, handle);
+    const uint64_t rest = std::min(mostBytes(parseHeader(start)), packLength());
+    auto* bytes = static_cast<char*>(std::calloc(headerSize + rest + headerSize, 1));
+    if (!bytes)
+        return nullptr;
+    std::memcpy(bytes, start, headerSize);
+    if (read == headerSize)
+        read += packFileRead(bytes + headerSize, 1, rest, handle);
+    *size = read;
+    return bytes;
+}
+
+int readPackedTGA(const char* name, TgaReading reading, uint8_t** image, int* width, int* height,
+                  int* bytesPerPixel, const char* packName)
+{
+    PackHandle* handle = packOpen(packName) == 0 ? packFileOpen(name, "rb") : nullptr;
+    if (!handle)
+        return vrkPutToErrorLog("File not found!", 46);
+    size_t size = 0;
+    char* member = readMember(handle, &size);
+    packFileClose(handle);
+    if (!member)
+        return vrkPutToErrorLog("File not found!", 46);
+    const int result =
+        parse(reinterpret_cast<const uint8_t*>(member), size, reading, image, width, height, bytesPerPixel);
+    std::free(member);
+    // An image that is refused leaves its pack open.
+    if (result == 0)
+        packClose();
+    return result;
+}
+
+int loadPackedTGA(const char* name, uint8_t** image, int* width, int* height, int* bytesPerPixel,
+                  const char* packName)
+{
+    return readPackedTGA(name, TgaReading::strict, image, width, height, bytesPerPixel, packName);
 }
 
 int loadTGA(const char* name, uint8_t** image, int* width, int* height, int* bytesPerPixel)

@@ -11,6 +11,7 @@
 #include "assets/loadkeyframes.h"
 #include "assets/loadmaterials.h"
 #include "assets/loadnodes.h"
+#include "assets/packread.h"
 #include "platform/file.h"
 #include "vornik/animation/path.h"
 #include "vornik/assets/loader.h"
@@ -35,14 +36,13 @@ static void report(Progress progress, float fraction)
 }
 
 // The file in one block with the padding of a Loader behind it; null if it can't be had.
-static char* readFile(const char* fileName, int flags, int* size)
+static char* readFile(const char* fileName, int flags, const char* packName, int* size)
 {
     if (!fileName || strlen(fileName) < 2)
         return nullptr;
-    if (flags & LOAD_FROM_PACK) // no pack can be opened
-        return nullptr;
     size_t bytes = 0;
-    char* block = vrkReadFile(fileName, VRK_LOADER_PADDING, &bytes);
+    char* block = flags & LOAD_FROM_PACK ? readPackedFile(packName, fileName, VRK_LOADER_PADDING, &bytes)
+                                         : vrkReadFile(fileName, VRK_LOADER_PADDING, &bytes);
     if (block && bytes > INT_MAX - VRK_LOADER_PADDING)
         vrkFree(&block);
     *size = static_cast<int>(bytes);
@@ -87,29 +87,41 @@ static void walkChunks(OGroup* group, int flags, int size, Progress progress)
     }
 }
 
-// Images of lists are numbered behind the list's own name.
-static void loadFrame(Texture* texture, int frame, int flags)
+static void extractNames(Texture* texture, int flags, const char* packName)
 {
-    texture->loadTexture(texture->frameCount > 1 ? frame + 1 : frame,
-                         flags & LOAD_TEXTURE_HALF ? 0.5f : 1.0f);
+    if (flags & LOAD_FROM_PACK)
+        texture->extractNames(packName);
+    else
+        texture->extractNames();
+}
+
+// Images of lists are numbered behind the list's own name.
+static void loadFrame(Texture* texture, int frame, int flags, const char* packName)
+{
+    const int index = texture->frameCount > 1 ? frame + 1 : frame;
+    const float scale = flags & LOAD_TEXTURE_HALF ? 0.5f : 1.0f;
+    if (flags & LOAD_FROM_PACK)
+        texture->loadTexture(index, packName, scale);
+    else
+        texture->loadTexture(index, scale);
     if (flags & LOAD_TEXTURE_MODIFIER)
         texture->multiply();
 }
 
 // The first texture with the opacity map folded in. The other maps get no image.
-static void loadImages(Material* material, int flags)
+static void loadImages(Material* material, int flags, const char* packName)
 {
     Texture* texture = material->firstTexture;
     Texture* opacity = material->opacityTexture;
-    texture->extractNames();
+    extractNames(texture, flags, packName);
     if (opacity)
-        opacity->extractNames();
+        extractNames(opacity, flags, packName);
     for (int frame = 0; frame < texture->frameCount; frame++)
     {
-        loadFrame(texture, frame, flags);
+        loadFrame(texture, frame, flags, packName);
         if (opacity)
         {
-            loadFrame(opacity, frame, flags);
+            loadFrame(opacity, frame, flags, packName);
             material->calcAlpha();
             vrkFree(reinterpret_cast<char**>(&opacity->pixels));
         }
@@ -118,7 +130,7 @@ static void loadImages(Material* material, int flags)
     }
 }
 
-static void texturePass(TList* list, int flags, Progress progress)
+static void texturePass(TList* list, int flags, Progress progress, const char* packName)
 {
     // 0 for a list of just the default material: the fraction is then no number.
     const auto last = static_cast<float>(list->seekLastMaterial()->id);
@@ -126,7 +138,7 @@ static void texturePass(TList* list, int flags, Progress progress)
     for (Material* material = list->first; material; material = material->next)
     {
         if (material->firstTexture)
-            loadImages(material, flags);
+            loadImages(material, flags, packName);
         report(progress, static_cast<float>(done++) / last * 0.2f + 0.5f);
     }
     for (Material* material = list->first; material; material = material->next)
@@ -172,10 +184,10 @@ static void hierarchyPass(OGroup* group)
         group->cameras[i]->parent = group->findObject(group->cameras[i]->parentId);
 }
 
-static void runPasses(OGroup* group, int flags, Progress progress)
+static void runPasses(OGroup* group, int flags, Progress progress, const char* packName)
 {
     if (flags & LOAD_MATERIALS)
-        texturePass(loaderMaterials, flags, progress);
+        texturePass(loaderMaterials, flags, progress, packName);
     report(progress, 0.7f);
     const bool places = loaderTolerant && (flags & LOAD_KEYFRAMES) && hasNodes();
     if (places)
@@ -214,13 +226,12 @@ static std::unique_ptr<PathList> makePathList(OGroup* group)
 int load3ds(const char* fileName, OGroup* group, const char* materialDirectory, int flags, Progress progress,
             const char* packName)
 {
-    (void)packName; // read only with LOAD_FROM_PACK
     beginMaterials(nullptr);
     loaderTolerant = (flags & LOAD_TOLERANT) != 0;
     vrkPutToErrorLog("Start loading...", 50);
 
     int size = 0;
-    char* block = readFile(fileName, flags, &size);
+    char* block = readFile(fileName, flags, packName, &size);
     if (!block)
         return vrkPutToErrorLog("Cannot open .3DS file (possible disk error)", 13);
     vrkLoader.initData(block, size);
@@ -245,7 +256,7 @@ int load3ds(const char* fileName, OGroup* group, const char* materialDirectory, 
     vrkLoader.atEnd = true;
     vrkFree(&block);
 
-    runPasses(group, flags, progress);
+    runPasses(group, flags, progress, packName);
     endNodes();
     if (untaken)
         loaderMaterials = nullptr;

@@ -10,6 +10,8 @@ enum class TgaReading
     tolerant ///< also grey types 3 and 11 of 8 bits; skips the identification field, turns images that begin on top
 };
 
-/// loadTGA with a choice of reading; see vornik/assets/image.h.
+// loadTGA and loadPackedTGA with a choice of reading; see vornik/assets/image.h.
 int readTGA(const char* name, TgaReading reading, uint8_t** image, int* width, int* height,
             int* bytesPerPixel);
+int readPackedTGA(const char* name, TgaReading reading, uint8_t** image, int* width, int* height,
+                  int* bytesPerPixel, const char* packName);

@@ -6,6 +6,7 @@
 #include "vornik/assets/image.h"
 #include "vornik/assets/load3ds.h"
 #include "vornik/assets/loader.h"
+#include "vornik/assets/pack.h"
 #include "vornik/assets/read3dskeyframer.h"
 #include "vornik/assets/read3dsmaterial.h"
 #include "vornik/assets/read3dsobject.h"

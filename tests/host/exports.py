@@ -25,7 +25,7 @@ def declared_names(text):
     """Functions and variables marked as exported, and the member functions without a body."""
     text = "\n" + re.sub(r"//[^\n]*", "", text)
     names = set(re.findall(r"\nVRK_API[^;{(]*?(\w+)\(", text))
-    names |= set(re.findall(r"\nextern VRK_API [\w ]+?(\w+)(?:\[\w+\])?;", text))
+    names |= set(re.findall(r"\nextern VRK_API [\w* ]+?(\w+)(?:\[\w+\])?;", text))
     for record in re.finditer(r"\n(?:class|struct)(?: VRK_API)? (\w+)[^;{]*\n\{(.*?)\n\};", text, re.S):
         without_bodies = re.sub(r"\{[^{}]*\}", "", record[2])
         names |= {f"{record[1]}::{member}" for member in MEMBER.findall(without_bodies)}

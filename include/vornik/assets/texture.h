@@ -58,13 +58,16 @@ public:
     /// Hands pixels to the rasterizer under the frame's own name and keeps them. @return 0
     int updateTexture(int frame);
 
-    // Names and images, in image.cpp. Files are looked up in baseDir.
+    // Names and images, in image.cpp. Files are looked up in baseDir; the forms with packName look in that
+    // pack and nowhere else, for members named baseDir and file name together.
 
     /// Fills the frame names: one for an image, the lines of the list for an .IFL. @return 0 or 7, logged
     int extractNames();
+    int extractNames(const char* packName);
     /// Reads names[index] into pixels. @param scale  below 1 shrinks the image. @return 0 or the logged
     /// number
     int loadTexture(int index, float scale);
+    int loadTexture(int index, const char* packName, float scale);
 
     // Operations on pixels, in textureimage.cpp.
 

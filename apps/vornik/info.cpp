@@ -280,10 +280,10 @@ static void printForPrograms(const SceneFile& file, const OGroup& group, const s
 int info(const InfoOptions& options)
 {
     silenceProgress();
-    const SceneFile file = readSceneFile(options.scene);
+    const SceneFile file = readSceneFile(options.scene, options.load.pack);
     if (file.fault() != SceneFault::none)
         return fail(file.faultText());
-    const std::string problem = problemOf(options.load);
+    const std::string problem = problemOf(options.load, file);
     if (!problem.empty())
         return fail(problem);
 
@@ -293,7 +293,7 @@ int info(const InfoOptions& options)
     OGroup* group = loadScene(&scene, file, options.load);
     if (!group)
         return fail(options.scene + ": the engine can't read the file");
-    const std::vector<ImageUse> images = findImages(group);
+    const std::vector<ImageUse> images = findImages(group, file.pack);
     const KeyframeFigures keyframes = countKeyframes(file);
     if (options.json)
         printForPrograms(file, *group, images, keyframes);

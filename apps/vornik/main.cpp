@@ -2,11 +2,13 @@
 
 #include <cstdio>
 #include <exception>
+#include <functional>
 
 #include <CLI/CLI.hpp>
 
 #include "apps/vornik/arguments.h"
 #include "apps/vornik/info.h"
+#include "apps/vornik/packcommand.h"
 #include "apps/vornik/render.h"
 
 enum ExitStatus
@@ -21,6 +23,8 @@ static InfoOptions infoOptions;
 
 static void addLoadOptions(CLI::App* command, LoadOptions* load)
 {
+    command->add_option("--pack", load->pack, "Pack file that has the scene and its images")
+        ->type_name("PACK");
     command->add_option("--textures", load->textures, "Folder of the images (the scene's own)")
         ->type_name("DIR");
     command->add_flag("--classic", load->classic, "Read the file strictly, as old hosts do");
@@ -190,9 +194,10 @@ static int runCommand(int argc, char** argv)
     CLI::App app("Vornik, a real-time 3D engine: look at .3DS scenes from the command line.", "vornik");
     app.set_version_flag("--version", "vornik " VORNIK_VERSION);
     app.require_subcommand(1);
-    app.footer("vornik render --help and vornik info --help list the options.");
+    app.footer("vornik render --help, vornik info --help and vornik pack --help list the options.");
     CLI::App* renderCommand = addRender(&app, &renderOptions);
     CLI::App* infoCommand = addInfo(&app, &infoOptions);
+    const std::function<int()> runPack = addPack(&app);
     try
     {
         app.parse(argc, argv);
@@ -210,8 +215,10 @@ static int runCommand(int argc, char** argv)
         renderOptions.light.twoSided = (renderOptions.picture.flags & VRK_RENDER_TWOSIDED) != 0;
         return render(renderOptions);
     }
+    if (!infoCommand->parsed())
+        return runPack();
     infoOptions.load.keyframes = false; // dummies and instances are no meshes of the file
-    return infoCommand->parsed() ? info(infoOptions) : statusUsage;
+    return info(infoOptions);
 }
 
 int main(int argc, char** argv)

@@ -37,10 +37,10 @@ static void makeOpaque(Material* material)
 
 // The loader leaves reflection images alone, and the engine lays them on at half strength whatever the file
 // says: the strength goes into the image. Without an image the faces would be bleached.
-static void loadReflection(Material* material, bool canBeRead)
+static void loadReflection(Material* material, bool canBeRead, const std::string& pack)
 {
     Texture* texture = material->reflectionTexture;
-    if (!canBeRead || texture->loadTexture(texture->frameCount > 1 ? 1 : 0, 1.0f) != 0)
+    if (!canBeRead || !loadImage(texture, pack))
     {
         delete texture;
         material->reflectionTexture = nullptr;
@@ -70,14 +70,15 @@ static void greyDefault(TList* list)
     useColorInstead(list->first);
 }
 
-void completeMaterials(OGroup* group, const std::vector<ImageUse>& images, bool classic)
+void completeMaterials(OGroup* group, const std::vector<ImageUse>& images, const std::string& pack,
+                       bool classic)
 {
     for (const ImageUse& image : images)
     {
         Material* material = image.material;
         const bool canBeRead = image.state == ImageState::read;
         if (image.texture == material->reflectionTexture && !classic)
-            loadReflection(material, canBeRead);
+            loadReflection(material, canBeRead, pack);
         else if (image.texture == material->opacityTexture && !canBeRead && !classic)
             makeOpaque(material);
         else if (image.texture == material->firstTexture && !canBeRead)

@@ -44,7 +44,7 @@ static std::string problemBefore(const RenderOptions& options, const SceneFile& 
     const SceneFault fault = file.fault();
     if (fault != SceneFault::none && !(fault == SceneFault::cut && options.partial))
         return file.faultText();
-    return problemOf(options.load);
+    return problemOf(options.load, file);
 }
 
 // And what stands in its way once the scene is loaded.
@@ -120,7 +120,7 @@ int render(const RenderOptions& options)
 {
     if (options.quiet)
         silenceProgress();
-    const SceneFile file = readSceneFile(options.scene);
+    const SceneFile file = readSceneFile(options.scene, options.load.pack);
     std::string problem = problemBefore(options, file);
     if (!problem.empty())
         return fail(problem);
@@ -135,10 +135,10 @@ int render(const RenderOptions& options)
     if (!problem.empty())
         return fail(problem);
 
-    const std::vector<ImageUse> images = findImages(group);
+    const std::vector<ImageUse> images = findImages(group, file.pack);
     if (!options.quiet)
         reportMissingImages(images);
-    completeMaterials(group, images, options.load.classic);
+    completeMaterials(group, images, file.pack, options.load.classic);
 
     if (options.loaded)
         options.loaded(group);

@@ -7,6 +7,8 @@
 #include <fstream>
 #include <iterator>
 
+#include "apps/vornik/packmember.h"
+
 enum
 {
     chunkHeader = 6,
@@ -14,16 +16,30 @@ enum
     keyframeChunk = 0xB000
 };
 
-SceneFile readSceneFile(const std::string& path)
+static std::string readLoose(const std::string& path, std::vector<uint8_t>* bytes)
+{
+    std::error_code ignored;
+    std::ifstream stream(path, std::ios::binary);
+    if (!std::filesystem::is_regular_file(path, ignored) || !stream.is_open())
+        return path + ": can't be opened";
+    bytes->assign(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
+    return "";
+}
+
+SceneFile readSceneFile(const std::string& path, const std::string& pack)
 {
     SceneFile file;
     file.path = path;
-    std::error_code ignored;
-    if (!std::filesystem::is_regular_file(path, ignored))
-        return file;
-    std::ifstream stream(path, std::ios::binary);
-    file.readable = stream.is_open();
-    file.bytes.assign(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
+    if (pack.empty())
+        file.openProblem = readLoose(path, &file.bytes);
+    else
+    {
+        file.pack = std::filesystem::absolute(pack).string();
+        const std::string member = findMember(file.pack, path);
+        file.path = member.empty() ? path : member;
+        file.openProblem = readMember(pack, file.path, &file.bytes);
+    }
+    file.readable = file.openProblem.empty();
     if (file.bytes.size() >= chunkHeader)
         std::memcpy(&file.claimedLength, file.bytes.data() + 2, 4);
     return file;
@@ -47,7 +63,7 @@ std::string SceneFile::faultText() const
     case SceneFault::none:
         return "";
     case SceneFault::unreadable:
-        return path + ": can't be opened";
+        return openProblem;
     case SceneFault::empty:
         return path + ": the file is empty";
     case SceneFault::notAScene:

@@ -17,8 +17,10 @@ enum class SceneFault
 
 struct SceneFile
 {
-    std::string path;
+    std::string path; ///< from a pack the member's name
+    std::string pack; ///< whole path of the pack; empty for a loose file
     bool readable = false;
+    std::string openProblem; ///< why it isn't readable, for people
     std::vector<uint8_t> bytes;
     uint32_t claimedLength = 0; ///< of the main chunk
 
@@ -27,7 +29,8 @@ struct SceneFile
     std::string faultText() const;
 };
 
-SceneFile readSceneFile(const std::string& path);
+/// @param pack  pack that has the scene, where the end of a member's name will do; empty for a loose file
+SceneFile readSceneFile(const std::string& path, const std::string& pack);
 
 /// What the animation section of a file holds.
 struct KeyframeFigures

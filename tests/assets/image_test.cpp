@@ -252,7 +252,7 @@ TEST_F(ImageReader, JpegAlphaIsLaidOverAnImage)
     }
 }
 
-TEST_F(ImageReader, JpegNeedsABlockAndALooseFile)
+TEST_F(ImageReader, JpegNeedsABlockAndAFile)
 {
     const std::string name = folder.write("x.jpg", writeJpeg(Picture(8, 8)));
     uint8_t* none = nullptr;

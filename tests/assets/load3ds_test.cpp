@@ -89,15 +89,6 @@ TEST_F(Load3ds, MissingFilesAndFoldersCannotBeOpened)
     EXPECT_TRUE(fractions.empty());
 }
 
-TEST_F(Load3ds, PacksCannotBeOpened)
-{
-    const std::string file = folder.write("a.3ds", build3ds({}));
-    const int flags = objects | LOAD_FROM_PACK;
-    EXPECT_EQ(load3ds(file.c_str(), group.get(), "", flags, nullptr, nullptr), 13);
-    EXPECT_EQ(load3ds(file.c_str(), group.get(), "", flags, nullptr, folder.path("none.pak").c_str()), 13);
-    EXPECT_TRUE(logged("Cannot open .3DS file (possible disk error)"));
-}
-
 TEST_F(Load3ds, FindsFilesByWindowsNames)
 {
     folder.write("Maps/Scene.3ds", build3ds({.meshes = {square("M")}}));

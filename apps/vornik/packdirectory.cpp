@@ -93,7 +93,7 @@ static void findDuplicates(const PackFile& pack, std::vector<std::string>* fault
 {
     std::set<std::string> names;
     for (const PackRecord& record : pack.records)
-        if (!names.insert(memberName(record.name)).second)
+        if (!names.insert(upperName(record.name)).second)
             faults->push_back(record.name + ": the name is taken by an earlier member");
 }
 

@@ -30,17 +30,23 @@ void appendPackRecord(std::vector<uint8_t>* directory, uint32_t start, uint32_t 
     directory->resize(directory->size() + field - kept.size());
 }
 
+std::string upperName(std::string name)
+{
+    for (char& c : name)
+        c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    return name;
+}
+
 std::string memberName(const std::string& path)
 {
-    std::string name = path;
-    for (char& c : name)
-        c = c == '/' ? '\\' : static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    std::string name = upperName(path);
+    std::replace(name.begin(), name.end(), '/', '\\');
     return name;
 }
 
 bool isImageList(const std::string& name)
 {
-    return name.size() >= 4 && memberName(name.substr(name.size() - 4)) == ".IFL";
+    return name.size() >= 4 && upperName(name.substr(name.size() - 4)) == ".IFL";
 }
 
 static std::string problemOfNames(const std::vector<PackMember>& members)
@@ -55,7 +61,7 @@ static std::string problemOfNames(const std::vector<PackMember>& members)
             return "a member without a name";
         if (member.name.size() > longestName)
             return member.name + ": the name is longer than " + std::to_string(longestName) + " bytes";
-        if (!names.insert(memberName(member.name)).second)
+        if (!names.insert(upperName(member.name)).second)
             return member.name + ": two files of this name";
     }
     return "";

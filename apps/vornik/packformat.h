@@ -17,6 +17,9 @@ enum : uint32_t
 /// One record of 264 bytes; the name is cut to its field. Tests write broken ones.
 void appendPackRecord(std::vector<uint8_t>* directory, uint32_t start, uint32_t end, const std::string& name);
 
+/// As readers compare names.
+std::string upperName(std::string name);
+
 /// The name under which a loader asks for a path: upper-cased, with backslashes.
 std::string memberName(const std::string& path);
 

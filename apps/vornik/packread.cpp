@@ -88,15 +88,18 @@ static bool passesLink(const fs::path& folder, const fs::path& below)
     return false;
 }
 
+// @param taken  the files of earlier members
 // @return what went wrong; empty if nothing did
 static std::string extractMember(const PackFile& pack, const PackRecord& record, const PackOptions& options,
-                                 CopyProgress* progress)
+                                 std::set<fs::path>* taken, CopyProgress* progress)
 {
     const fs::path below = safePath(record.name);
     if (below.empty() || passesLink(options.into, below))
         return "the name leads out of the folder";
     if (!pack.isWhole(record))
         return "the pack ends before the member";
+    if (!taken->insert(below).second)
+        return "an earlier member has this file";
     const fs::path target = fs::path(options.into) / below;
     std::error_code failed;
     if (fs::exists(target, failed) && (!options.force || !fs::is_regular_file(target, failed)))
@@ -119,8 +122,8 @@ static std::vector<PackRecord> choose(const PackFile& pack, std::set<std::string
     std::vector<PackRecord> chosen;
     for (const PackRecord& record : pack.records)
     {
-        const std::string name = memberName(record.name);
-        if (seen.insert(name).second && (all || wanted->erase(name) > 0))
+        const bool first = seen.insert(upperName(record.name)).second;
+        if (first && (all || wanted->erase(memberName(record.name)) > 0))
             chosen.push_back(record);
     }
     return chosen;
@@ -144,10 +147,11 @@ int packExtract(const PackOptions& options)
     for (const PackRecord& record : chosen)
         total += record.size();
     CopyProgress progress(total);
+    std::set<fs::path> taken;
     size_t done = 0;
     for (const PackRecord& record : chosen)
     {
-        const std::string fault = extractMember(pack, record, options, &progress);
+        const std::string fault = extractMember(pack, record, options, &taken, &progress);
         if (fault.empty())
             ++done;
         else

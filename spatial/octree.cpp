@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "platform/file.h"
+#include "spatial/octreegeometry.h"
 #include "vornik/core/memory.h"
 #include "vornik/scene/mesh.h"
 
@@ -169,9 +170,10 @@ int octreeNode::split(int maxFaces, int depthLimit, void (*progress)(int))
         Vertex3D corners[3];
         if (!cornersOf(polys.items[i], corners))
             continue;
+        const AskedTriangle triangle(corners);
         for (octreeNode* node : child)
-            if (node->polyInside(corners))
-                node->insert(&polys.items[i], false);
+            if (triangle.intersects(node->min, node->max) && reserveOne(&node->polys))
+                node->polys.items[node->polys.size++] = polys.items[i];
     }
     polys.size = 0;
     hasChildren = true;

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "spatial/octreegeometry.h"
 #include "vornik/spatial/octree.h"
 
 static float component(const Vertex3D& v, int axis)
@@ -108,14 +109,35 @@ struct ToUnitCube
     }
 };
 
+AskedTriangle::AskedTriangle(const Vertex3D* triangle)
+    : corners(triangle), normal(calcPlaneNormal(&triangle[0], &triangle[1], &triangle[2]))
+{
+    const int k = largestAxis(normal);
+    u = (k + 1) % 3;
+    v = (k + 2) % 3;
+}
+
+// Do all corners lie beyond one side of the unit cube along an axis?
+static bool isBeside(const Vertex3D* moved, int axis)
+{
+    const float a = component(moved[0], axis), b = component(moved[1], axis), c = component(moved[2], axis);
+    return (a > 0.5f && b > 0.5f && c > 0.5f) || (a < -0.5f && b < -0.5f && c < -0.5f);
+}
+
+// A triangle beside the cube along an axis of its projection has no edge in it, and winds around no point of
+// it. Along the third axis that is not as sure: there the whole test decides.
+bool AskedTriangle::intersects(const Vertex3D& min, const Vertex3D& max) const
+{
+    if (max.x - min.x == 0.0f)
+        return false;
+    const ToUnitCube move(min, max);
+    const Vertex3D moved[3] = {move(corners[0]), move(corners[1]), move(corners[2])};
+    return !isBeside(moved, u) && !isBeside(moved, v) && polygonIntersectsCube(moved, &normal);
+}
+
 bool triangleIntersectsBox(const Vertex3D* triangle, const Vertex3D* min, const Vertex3D* max)
 {
-    if (max->x - min->x == 0.0f)
-        return false;
-    const ToUnitCube move(*min, *max);
-    const Vertex3D moved[3] = {move(triangle[0]), move(triangle[1]), move(triangle[2])};
-    const Vertex3D normal = calcPlaneNormal(&triangle[0], &triangle[1], &triangle[2]);
-    return polygonIntersectsCube(moved, &normal);
+    return AskedTriangle(triangle).intersects(*min, *max);
 }
 
 bool segmentIntersectsBox(const Vertex3D* a, const Vertex3D* b, const Vertex3D* min, const Vertex3D* max)

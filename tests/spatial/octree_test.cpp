@@ -455,6 +455,44 @@ TEST(CubeGeometry, TrianglesAgainstTheCube)
     EXPECT_FALSE(polygonIntersectsCube(point, &none));
 }
 
+// Without any shortcut.
+static bool plainTriangleIntersectsBox(const Vertex3D* t, const Vertex3D& min, const Vertex3D& max)
+{
+    const float w = max.x - min.x;
+    if (w == 0)
+        return false;
+    const float s = 1 / (w * 1.01f);
+    const Vertex3D c = {(min.x + max.x) * 0.5f, (min.y + max.y) * 0.5f, (min.z + max.z) * 0.5f};
+    Vertex3D moved[3];
+    for (int i = 0; i < 3; ++i)
+        moved[i] = {(t[i].x - c.x) * s, (t[i].y - c.y) * s, (t[i].z - c.z) * s};
+    const Vertex3D normal = calcPlaneNormal(&t[0], &t[1], &t[2]);
+    return polygonIntersectsCube(moved, &normal);
+}
+
+TEST(CubeGeometry, BoxesAnswerAsWithoutShortcuts)
+{
+    std::mt19937 random(15);
+    int hits = 0;
+    for (int round = 0; round < 200000; ++round)
+    {
+        const float size = round % 3 == 0 ? 0.001f : round % 3 == 1 ? 1.0f : 50.0f;
+        const Vertex3D low = anyPoint(random, 5), about = low + anyPoint(random, 2) + anyPoint(random, size);
+        const float width = 0.001f + std::fabs(anyNumber(random, 3));
+        const Vertex3D high = {low.x + width, low.y + width, low.z + width};
+        Vertex3D t[3] = {about + anyPoint(random, size), about + anyPoint(random, size),
+                         about + anyPoint(random, size)};
+        if (round % 17 == 0)
+            t[1] = t[0];
+        if (round % 5 == 0)
+            t[0].z = t[1].z = t[2].z = high.z; // on a side
+        const bool result = triangleIntersectsBox(t, &low, &high);
+        ASSERT_EQ(result, plainTriangleIntersectsBox(t, low, high)) << round;
+        hits += result;
+    }
+    EXPECT_GT(hits, 10000);
+}
+
 TEST(CubeGeometry, WindingsAroundAPoint)
 {
     const Vertex3D t[3] = {{0, 0, 0}, {4, 0, 0}, {0, 4, 0}};

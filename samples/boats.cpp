@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "samples/landscape.h"
+#include "samples/motion.h"
 #include "samples/props.h"
 
 namespace sample
@@ -52,6 +53,27 @@ static const Boat boats[] = {
     {"Skiff", {-10.5f, 5.5f}, 118, 4.2f, 1.5f, 0.48f, 0, oars},
 };
 
+/// In lengths of the boat.
+struct Mast
+{
+    float along, top, boom;
+};
+
+static std::vector<Mast> mastsOf(Rig rig)
+{
+    switch (rig)
+    {
+    case sloop:
+        return {{0.12f, 1.18f, 0.42f}};
+    case ketch:
+        return {{0.14f, 1.02f, 0.40f}, {-0.27f, 0.72f, 0.24f}};
+    case trawler:
+        return {{-0.08f, 0.78f, 0.3f}};
+    default:
+        return {};
+    }
+}
+
 class BoatBuilder
 {
 public:
@@ -75,21 +97,8 @@ public:
     void masts(bool fine)
     {
         const float l = plan.length;
-        switch (plan.rig)
-        {
-        case sloop:
-            mast(0.12f * l, 1.18f * l, 0.42f * l, fine);
-            break;
-        case ketch:
-            mast(0.14f * l, 1.02f * l, 0.40f * l, fine);
-            mast(-0.27f * l, 0.72f * l, 0.24f * l, fine);
-            break;
-        case trawler:
-            mast(-0.08f * l, 0.78f * l, 0.3f * l, fine);
-            break;
-        default:
-            break;
-        }
+        for (const Mast& m : mastsOf(plan.rig))
+            mast(m.along * l, m.top * l, m.boom * l, fine);
         if (fine && plan.rig != oars)
         {
             b.material = mastWood;
@@ -102,18 +111,27 @@ public:
     void rigging(Vec3 eye)
     {
         const float l = plan.length;
+        const std::vector<Mast> all = mastsOf(plan.rig);
+        for (size_t i = 0; i < all.size(); ++i)
+            stays(all[i].along * l, all[i].top * l, eye, i == 0 && plan.rig != trawler);
         b.material = ropes;
-        if (plan.rig == sloop)
-            stays(0.12f * l, 1.18f * l, eye, true);
         if (plan.rig == ketch)
-        {
-            stays(0.14f * l, 1.02f * l, eye, true);
-            stays(-0.27f * l, 0.72f * l, eye, false);
-            b.material = ropes;
             line({0, 0.14f * l, 1.0f * l}, {0, -0.27f * l, 0.70f * l}, eye, 0.15f);
-        }
-        if (plan.rig == trawler)
-            stays(-0.08f * l, 0.78f * l, eye, false);
+    }
+
+    /// A pennant, in a mesh of its own. @return the masthead that it turns about
+    Vec3 pennant(const Mast& m)
+    {
+        const Vec3 head = {0, m.along * plan.length - 0.1f, m.top * plan.length};
+        b.material = awning;
+        const int top = b.point(head, {0, 1}), foot = b.point(head - Vec3{0, 0, 0.4f}, {0, 0});
+        const int middle = b.point(head + Vec3{0.06f, -0.5f, -0.07f}, {0.7f, 0.8f}),
+                  below = b.point(head + Vec3{0.06f, -0.5f, -0.33f}, {0.7f, 0.2f});
+        const int tip = b.point(head + Vec3{-0.02f, -1.1f, -0.2f}, {1.4f, 0.5f});
+        const uint32_t group = b.newGroup();
+        b.quad(foot, below, middle, top, group);
+        b.triangle(below, tip, middle, group);
+        return b.frame.point(head);
     }
 
 private:
@@ -318,13 +336,7 @@ private:
             const Vec3 q = {0, y - 0.1f - boom * 0.95f * e, low + 0.18f + 0.12f * e};
             b.rod(p, q, thick(s), thick(e), 7, 0.9f);
         }
-        b.material = awning;
-        const int flag = b.point({0, y - 0.1f, top}, {0, 1}),
-                  mid = b.point({0.02f, y - 0.85f, top - 0.2f}, {1.2f, 0.6f});
-        triangleTwoSided(flag, b.point({0, y - 0.1f, top - 0.36f}, {0, 0}), mid);
     }
-
-    void triangleTwoSided(int a, int c, int d) { b.triangle(a, c, d, b.newGroup()); }
 
     void line(Vec3 from, Vec3 to, Vec3 eye, float sag)
     {
@@ -361,26 +373,20 @@ private:
     }
 };
 
-// Rocks about the long axis and heaves a little, so that the loop closes after 360 frames.
-static void rocking(Mesh& mesh, const Boat& boat, uint32_t number, bool mirrored)
+// Rocks about the long axis and heaves a little, each boat in its own time.
+static void rocking(Mesh& mesh, const Boat& boat, int number, bool mirrored)
 {
     mesh.pivot = {boat.place.x, boat.place.y, 0};
     mesh.hasPivot = true;
-    const Vec3 axis = Frame::turned({}, boat.heading).y;
-    const float swing = (boat.rig == oars ? 3.2f : 1.7f) * pi / 180 * (mirrored ? -1.0f : 1.0f);
-    const float heave = (boat.rig == oars ? 0.035f : 0.05f) * (mirrored ? -1.0f : 1.0f);
-    const int phase = static_cast<int>(number * 13 % 40);
-    mesh.rotations = {{0, axis, 0}, {25 + phase, axis, swing}};
-    float side = -2;
-    for (int frame = 85 + phase; frame < 300; frame += 60, side = -side)
-        mesh.rotations.push_back({frame, axis, swing * side});
-    // Four half swings lie between the first and the last quarter; the end takes back the rest.
-    float sum = 0;
-    for (const RotationKey& key : mesh.rotations)
-        sum += key.radians;
-    mesh.rotations.push_back({360, axis, -sum});
-    for (int i = 0; i <= 6; ++i)
-        mesh.positions.push_back({i * 60, {0, 0, i % 2 ? heave : 0}});
+    const float down = mirrored ? -1.0f : 1.0f;
+    const float roll = (boat.rig == oars ? 3.2f : 1.7f) * pi / 180 * down;
+    const float heave = (boat.rig == oars ? 0.035f : 0.05f) * down;
+    const int swings = boat.rig == oars ? 4 : 3;
+    const float other = number % 2 == 0 ? 0.35f : -0.35f;
+    mesh.rotations =
+        turning(Frame::turned({}, boat.heading).y, 10,
+                [=](float t) { return roll * (0.8f * swing(t, swings) + other * swing(t, swings - 1)); });
+    mesh.positions = moving(12, [=](float t) { return Vec3{0, 0, heave * swing(t, 2 + number % 3)}; });
 }
 
 static Frame frameOf(const Boat& boat)
@@ -402,9 +408,27 @@ static void addFunnel(Scene& scene, const Boat& boat)
     mesh.hasPivot = true;
 }
 
+static void addPennants(Scene& scene, const Boat& boat, const std::string& spars)
+{
+    int swings = 7;
+    for (const Mast& mast : mastsOf(boat.rig))
+    {
+        Mesh& flag = scene.addMesh(std::string(boat.name) + " flag" + std::to_string(swings - 6));
+        Builder b(flag);
+        b.frame = frameOf(boat);
+        flag.pivot = BoatBuilder(b, boat).pennant(mast);
+        flag.hasPivot = true;
+        flag.parent = spars;
+        flag.rotations = turning({0, 0, 1}, 5,
+                                 [swings](float t)
+                                 { return 0.22f * swing(t, swings) + 0.12f * swing(t, 2 * swings + 1); });
+        ++swings;
+    }
+}
+
 void addBoats(Scene& scene)
 {
-    uint32_t number = 0;
+    int number = 0;
     for (const Boat& boat : boats)
     {
         const std::string name = boat.name;
@@ -429,6 +453,8 @@ void addBoats(Scene& scene)
             spars.parent = name;
             spars.pivot = {boat.place.x, boat.place.y, 0};
             spars.hasPivot = true;
+            if (boat.rig != trawler)
+                addPennants(scene, boat, spars.name);
         }
         if (boat.rig == trawler)
             addFunnel(scene, boat);

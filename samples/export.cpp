@@ -15,6 +15,7 @@
 #include <map>
 #include <set>
 
+#include "samples/motion.h"
 #include "tests/support/imagewriter.h"
 #include "tests/support/writer3ds.h"
 
@@ -182,8 +183,8 @@ static void writeKeyframes(ChunkWriter& out, const Scene& scene, std::vector<Nod
         nodes.push_back(node);
     }
     out.open(0xB000);
-    out.open(0xB00A).u16(5).text("HARBOUR").i32(scene.lastFrame).close();
-    out.open(0xB008).i32(0).i32(scene.lastFrame).close();
+    out.open(0xB00A).u16(5).text("HARBOUR").i32(lastFrame).close();
+    out.open(0xB008).i32(0).i32(lastFrame).close();
     out.open(0xB009).i32(0).close();
     int16_t id = 0;
     for (Node3ds& node : nodes)

@@ -6,6 +6,8 @@
 #include "samples/boats.h"
 #include "samples/houses.h"
 #include "samples/landscape.h"
+#include "samples/mill.h"
+#include "samples/motion.h"
 #include "samples/props.h"
 #include "samples/scene.h"
 
@@ -50,48 +52,58 @@ static void addLights(Scene& scene)
     scene.lights.push_back({"Shop", {8.6f, -12.2f, quayHeight + 1.6f}, {0.8f, 0.48f, 0.2f}, 0.8f, 6});
 }
 
-// A closed flight through some places, of equal duration each, with a key every few frames: players go
-// straight from key to key. The curve is that of E. Catmull and R. Rom (1974).
-static std::vector<CameraKey> flight(const std::vector<CameraKey>& places, int lastFrame, int step)
+struct View
 {
-    const auto curve = [](Vec3 a, Vec3 b, Vec3 c, Vec3 d, float t)
+    Vec3 eye, target;
+};
+
+// A closed flight through some views, of equal duration each.
+static std::vector<CameraKey> flight(const std::vector<View>& views)
+{
+    std::vector<Vec3> eyes, targets;
+    for (const View& view : views)
     {
-        return (b * 2 + (c - a) * t + (a * 2 - b * 5 + c * 4 - d) * (t * t) +
-                (b * 3 - a - c * 3 + d) * (t * t * t)) *
-               0.5f;
-    };
-    const int count = static_cast<int>(places.size());
+        eyes.push_back(view.eye);
+        targets.push_back(view.target);
+    }
     std::vector<CameraKey> keys;
-    for (int frame = 0; frame <= lastFrame; frame += step)
+    for (int frame = 0; frame <= lastFrame; frame += 5)
     {
-        const float along =
-            static_cast<float>(frame % lastFrame) * static_cast<float>(count) / static_cast<float>(lastFrame);
-        const int i = static_cast<int>(along);
-        const auto at = [&](int k) { return places[static_cast<size_t>((i + k + count) % count)]; };
-        const float t = along - static_cast<float>(i);
-        keys.push_back({frame, curve(at(-1).eye, at(0).eye, at(1).eye, at(2).eye, t),
-                        curve(at(-1).target, at(0).target, at(1).target, at(2).target, t)});
+        const float time = static_cast<float>(frame) / lastFrame;
+        keys.push_back({frame, onClosedCurve(eyes, time), onClosedCurve(targets, time)});
     }
     return keys;
 }
 
 static void addCameras(Scene& scene)
 {
-    const std::vector<CameraKey> places = {{0, heroEye, heroTarget},
-                                           {0, {2.2f, -10, 5.2f}, {-9, 27, 4.5f}},
-                                           {0, {-8, 6, 7.5f}, {-20, 36, 6}},
-                                           {0, {-16, -8, 9}, {2, 22, 5}}};
-    scene.cameras.push_back({"Quay", 38, flight(places, scene.lastFrame, 6)});
+    scene.cameras.push_back({"Quay", 38,
+                             flight({{heroEye, heroTarget},
+                                     {{2.2f, -10, 5.2f}, {-9, 27, 4.5f}},
+                                     {{-8, 6, 7.5f}, {-20, 36, 6}},
+                                     {{-16, -8, 9}, {2, 22, 5}}})});
     scene.cameras.push_back(
-        {"Mole", 38, {{0, {-22, 1.5f, 3.2f}, {8, 15.5f, 4.8f}}, {360, {-22, 1.5f, 3.2f}, {8, 15.5f, 4.8f}}}});
+        {"Mole",
+         38,
+         {{0, {-22, 1.5f, 3.2f}, {8, 15.5f, 4.8f}}, {lastFrame, {-22, 1.5f, 3.2f}, {8, 15.5f, 4.8f}}}});
+    // Along the quay and out over the boats, around the lighthouse, and back high over the water.
+    scene.cameras.push_back({"Flight", 38,
+                             flight({{{5.2f, -27, 3.0f}, {1.5f, 0, 3.8f}},
+                                     {{1.2f, -16.5f, 3.4f}, {-6, 18, 5}},
+                                     {{-7, -4, 4.6f}, {-17, 30, 7.5f}},
+                                     {{-16, 10.5f, 8}, {-27, 32, 12}},
+                                     {{-32, 14.5f, 14.5f}, {-21, 44, 11}},
+                                     {{-32, -4, 17}, {-5, 26, 4}},
+                                     {{-19, -21, 13}, {4, 14, 5}},
+                                     {{-5, -33, 6.5f}, {2, 6, 4.5f}}})});
 }
 
 Scene buildHarbour()
 {
     Scene scene;
-    scene.lastFrame = 360;
     addSky(scene);
     addHills(scene);
+    addMill(scene);
     addQuays(scene);
     addMole(scene);
     addLighthouse(scene);
@@ -103,6 +115,7 @@ Scene buildHarbour()
     addWater(scene);
     addGlitter(scene, heroEye);
     addShades(scene);
+    addMillSails(scene);
     addLeaves(scene, heroEye);
     addFlowers(scene, flowerBoxes, heroEye);
     addNets(scene);

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 
+#include "samples/motion.h"
 #include "samples/textures.h"
 
 namespace sample
@@ -58,6 +59,11 @@ static float landHeight(float azimuth, float distance)
     const float shape = cloudsInSpace({x * 0.009f + 7, y * 0.009f + 3, 0}, 4, 601);
     const float ridge = mix(12, 62, shape * shape * 1.7f);
     return -1.5f + (rise * ridge + 3) * west + 3 * west * smoothStep(62, 80, distance);
+}
+
+float groundHeight(Vec2 place)
+{
+    return landHeight(std::atan2(place.y, place.x), std::sqrt(place.x * place.x + place.y * place.y));
 }
 
 // The land behind the first ridge, lower and longer to the west.
@@ -308,9 +314,7 @@ void addLighthouse(Scene& scene)
     lens.parent = "Lighthouse";
     lens.pivot = lighthousePlace + Vec3{0, 0, h + 1.15f};
     lens.hasPivot = true;
-    lens.rotations = {{0, {0, 0, 1}, 0}};
-    for (int i = 1; i <= 4; ++i)
-        lens.rotations.push_back({i * 90, {0, 0, 1}, pi / 2});
+    lens.rotations = turning({0, 0, 1}, 90, [](float t) { return 2 * pi * t; });
 }
 
 void addWater(Scene& scene)

@@ -11,6 +11,9 @@ constexpr float quayHeight = 1.5f;
 constexpr Vec3 lighthousePlace = {-27.5f, 31, 2.1f};
 constexpr float lighthouseHeight = 15.5f; ///< of the gallery above its foot
 
+/// Height of the near hills at a place, in metres.
+float groundHeight(Vec2 place);
+
 void addSky(Scene& scene);
 void addHills(Scene& scene);
 void addQuays(Scene& scene);

@@ -13,7 +13,7 @@ static const Material materials[materialCount] = {
     {"Sky front", "skyfront.jpg", rgb(0xe8c8a8), 100, false, false, true},
     {"Sky back", "skyback.jpg", rgb(0xa8b8d0), 100, false, false, true},
     {"Water", "water.tga", rgb(0x406878), 62, true, false},
-    {"Glitter", "glitter.tga", rgb(0xffd090), 100, true, false},
+    {"Glitter", "glitter.ifl", rgb(0xffd090), 100, true, false},
     {"Hills", "hills.jpg", rgb(0x8c9060), 12, false, false},
     {"Far hills", "farhills.jpg", rgb(0xa09088), 50, false, false},
     {"Grass", "grass.jpg", rgb(0x74783a), 0, false, false},
@@ -53,6 +53,7 @@ static const Material materials[materialCount] = {
     {"Ratlines", "ratlines.tga", rgb(0x4a3826), 10, true, true, true},
     {"Flowers", "flowers.tga", rgb(0xc05048), 15, true, true, true},
     {"Gulls", "gull.tga", rgb(0xe0dcd4), 40, true, true, true},
+    {"Sail", "sail.tga", rgb(0xd8c8a4), 10, true, true, true},
     {"Shade", "shade.tga", rgb(0x14110e), 100, true, false, true},
     {"Glow", "glow.tga", rgb(0xffc070), 100, true, true, true},
 };
@@ -108,7 +109,6 @@ const std::vector<Picture>& pictures()
         {"skyfront.jpg", [] { return paintSky(skySeam, glowDirection()); }},
         {"skyback.jpg", [] { return paintSky(skySeam + pi, glowDirection()); }},
         {"water.tga", paintWater},
-        {"glitter.tga", paintGlitter},
         {"hills.jpg", paintHills},
         {"farhills.jpg", paintFarHills},
         {"grass.jpg", paintGrass},
@@ -144,6 +144,7 @@ const std::vector<Picture>& pictures()
         {"ratlines.tga", paintRatlines},
         {"flowers.tga", paintFlowers},
         {"gull.tga", paintGull},
+        {"sail.tga", paintSail},
         {"shade.tga", paintShade},
         {"glow.tga", paintGlow},
         {"reflect.tga", [] { return paintReflection(glowDirection()); }},
@@ -151,15 +152,20 @@ const std::vector<Picture>& pictures()
     return all;
 }
 
-// Sixteen moments of a flame behind glass; the first is the one that stills show.
+// The first image of each is the one that stills show.
 const std::vector<Animation>& animations()
 {
     static const std::vector<Animation> all = []
     {
-        Animation lamp = {"lampglass.ifl", {}, paintLampGlass};
-        for (int frame = 0; frame < 16; ++frame)
-            lamp.frames.push_back("lamp" + std::to_string(100 + frame) + ".jpg");
-        return std::vector<Animation>{lamp};
+        const auto animation = [](const std::string& name, const char* ending, Image (*paint)(int))
+        {
+            Animation made = {name + ".ifl", {}, paint};
+            for (int frame = 0; frame < animationFrames; ++frame)
+                made.frames.push_back(name + std::to_string(100 + frame) + ending);
+            return made;
+        };
+        return std::vector<Animation>{animation("lampglass", ".jpg", paintLampGlass),
+                                      animation("glitter", ".tga", paintGlitter)};
     }();
     return all;
 }

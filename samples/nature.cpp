@@ -2,8 +2,10 @@
 // the eye of the first camera and kept far to near for it.
 
 #include <algorithm>
+#include <iterator>
 
 #include "samples/landscape.h"
+#include "samples/motion.h"
 #include "samples/props.h"
 
 namespace sample
@@ -122,18 +124,25 @@ void addGulls(Scene& scene)
     static const Gull flock[] = {{{-9, 8, 10.5f}, 1.3f, 20},     {{-11.5f, 14, 12.2f}, 1.2f, -15},
                                  {{-5.5f, 19, 13.2f}, 1.3f, 10}, {{-19, 24, 11.5f}, 1.4f, 25},
                                  {{-22, 27, 13.8f}, 1.3f, -20},  {{-31, 30, 20.5f}, 1.3f, 5}};
-    Mesh& mesh = scene.addMesh("Gulls");
-    Builder b(mesh);
-    b.material = gulls;
-    for (const Gull& gull : flock)
+    // Each flies a round of its own, the far ones first for the order of drawing.
+    const std::vector<Vec3> round = {{0, 0, 0}, {5, -4, 0.6f}, {9, 2, -0.4f}, {4, 8, 0.9f}, {-3, 4, 0.3f}};
+    for (size_t i = std::size(flock); i-- > 0;)
     {
+        const Gull& gull = flock[i];
+        Mesh& mesh = scene.addMesh("Gull " + std::to_string(i + 1));
+        Builder b(mesh);
+        b.material = gulls;
         const float a = gull.turn * pi / 180;
         b.card(gull.place, Vec3{std::cos(a), 0.2f, std::sin(a)} * gull.span,
                Vec3{-std::sin(a), 0.25f, std::cos(a)} * (gull.span * 0.5f), {});
+        const float size = 0.7f + 0.12f * static_cast<float>(i), side = i % 2 == 0 ? size : -size;
+        mesh.positions = moving(8,
+                                [&](float t)
+                                {
+                                    const Vec3 p = onClosedCurve(round, t);
+                                    return Vec3{p.x * side, p.y * size, p.z + 0.25f * swing(t, 5)};
+                                });
     }
-    const Vec3 way[] = {{0, 0, 0}, {5, -4, 0.6f}, {9, 3, -0.4f}, {3, 9, 0.8f}, {-3, 4, 0.2f}, {0, 0, 0}};
-    for (int i = 0; i < 6; ++i)
-        mesh.positions.push_back({i * 72, way[i]});
 }
 
 static void facing(Builder& b, Vec3 p, Vec3 eye, float width, float height)

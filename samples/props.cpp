@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "samples/landscape.h"
+#include "samples/motion.h"
 
 namespace sample
 {
@@ -193,14 +194,18 @@ static void bollardsAndChain(Scene& scene)
     }
 }
 
-// A wooden crane with a crate on its hook.
+// A wooden crane that turns on its foot, with a crate on its hook.
 static void crane(Scene& scene)
 {
-    Mesh& mesh = scene.addMesh("Crane");
-    Builder b(mesh);
-    b.frame = Frame::turned({1.9f, 19.6f, quayHeight}, 8);
-    b.material = rock;
-    b.turned({}, {{0.75f, 0, 0}, {0.7f, 0.3f, 0.3f, true}, {0.3f, 0.32f, 0.5f}}, 10, 3);
+    Mesh& foot = scene.addMesh("Crane");
+    Builder f(foot);
+    f.frame = Frame::turned({1.9f, 19.6f, quayHeight}, 8);
+    f.material = rock;
+    f.turned({}, {{0.75f, 0, 0}, {0.7f, 0.3f, 0.3f, true}, {0.1f, 0.32f, 0.5f}}, 10, 3);
+
+    Mesh& jib = scene.addMesh("Crane jib");
+    Builder b(jib);
+    b.frame = f.frame;
     b.material = planksGrey;
     b.cell = 1;
     b.box({-0.17f, -0.17f, 0.3f}, {0.17f, 0.17f, 5.4f}, 1.4f);
@@ -213,7 +218,12 @@ static void crane(Scene& scene)
     b.rod({-3.4f, 0, 5.95f}, {0.1f, 0, 1.3f}, 0.02f, 0.02f, 4, 1);
     b.rod({-0.28f, -0.3f, 1.3f}, {-0.28f, 0.3f, 1.3f}, 0.15f, 0.15f, 8, 1);
 
-    // The load hangs on the crane and sways.
+    jib.parent = foot.name;
+    jib.pivot = b.frame.origin;
+    jib.hasPivot = true;
+    jib.rotations = turning({0, 0, 1}, 10, [](float t) { return 0.65f * swing(t, 1); });
+
+    // The load hangs on the jib and sways.
     Mesh& load = scene.addMesh("Crane load");
     Builder l(load);
     l.frame = Frame::turned(b.frame.point({-3.4f, 0, 2.55f}), 30);
@@ -225,11 +235,10 @@ static void crane(Scene& scene)
         l.rod({x, -0.42f, 0.75f}, {0, 0, 1.0f}, 0.02f, 0.02f, 3, 1);
         l.rod({x, 0.42f, 0.75f}, {0, 0, 1.0f}, 0.02f, 0.02f, 3, 1);
     }
-    load.parent = "Crane";
+    load.parent = jib.name;
     load.pivot = b.frame.point({-3.4f, 0, 5.95f});
     load.hasPivot = true;
-    load.rotations = {{0, {0, 1, 0}, 0},       {60, {0, 1, 0}, 0.035f},  {150, {0, 1, 0}, -0.07f},
-                      {240, {0, 1, 0}, 0.07f}, {330, {0, 1, 0}, -0.05f}, {360, {0, 1, 0}, 0.015f}};
+    load.rotations = turning({0, 1, 0}, 10, [](float t) { return 0.05f * swing(t, 3); });
 }
 
 static void stallAndCart(Scene& scene)

@@ -57,6 +57,7 @@ enum MaterialNumber
     ratlines,
     flowers,
     gulls,
+    sail,
     shade,
     glow,
     materialCount
@@ -128,7 +129,6 @@ struct Scene
     std::deque<Mesh> meshes; ///< blended ones last, far to near from the first camera; references stay good
     std::vector<Light> lights;
     std::vector<Camera> cameras;
-    int lastFrame = 0;
 
     Mesh& addMesh(const std::string& name);
 };

@@ -195,7 +195,7 @@ Image paintDoors()
 // The flame wanders and flickers around the place that it has in frame 0.
 Image paintLampGlass(int frame)
 {
-    const float turn = 2 * pi * static_cast<float>(frame) / 16;
+    const float turn = 2 * pi * static_cast<float>(frame) / animationFrames;
     const float x = 0.5f + 0.05f * std::sin(2 * turn), y = 0.45f + 0.05f * std::sin(3 * turn);
     const float size = 2 + 0.5f * std::sin(turn) * std::sin(5 * turn);
     return paint(64, 64,

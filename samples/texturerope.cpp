@@ -85,15 +85,38 @@ Image paintShade()
 }
 
 // The path of the sun on the water: sparks that lie across the way to the eye, thinning out to the sides.
-Image paintGlitter()
+// Each brightens and fades once in a round, in its own time.
+Image paintGlitter(int frame)
 {
+    const float time = static_cast<float>(frame) / animationFrames;
     return paint(256, 256,
-                 [](float u, float v)
+                 [time](float u, float v)
                  {
-                     const float n = clouds(u, v, 8, 48, 2, 411);
+                     const float own = 2 * noise(u * 16, v * 64, 16, 64, 412);
+                     const float twinkle = std::sin(2 * pi * (time + own)) - std::sin(2 * pi * own);
+                     const float n = clouds(u, v, 8, 48, 2, 411) + 0.06f * twinkle;
                      const float side = clamp01(1 - std::abs(u - 0.5f) * 2);
                      Rgba c = mix(rgb(0xffb35c), rgb(0xfff2cf), smoothStep(0.5f, 0.75f, n));
                      c.a = 0.9f * smoothStep(0.72f - 0.3f * side, 0.84f - 0.26f * side, n) * side;
+                     return c;
+                 });
+}
+
+// From the hub at the lower edge to the tip; the cloth is reefed over the outer third.
+Image paintSail()
+{
+    return paint(64, 256,
+                 [](float u, float v)
+                 {
+                     const auto bars = [](float x, float width)
+                     { return 1 - smoothStep(width, width * 1.6f, std::abs(fraction(x) - 0.5f)); };
+                     const float lattice = std::max(bars(v * 15, 0.10f), bars(u * 2.92f + 0.24f, 0.075f));
+                     const float reef = 0.64f + 0.05f * std::sin(u * pi);
+                     const float cloth = u > 0.12f && v < reef ? 1.0f : 0.0f;
+                     const float fold = clouds(u, v, 4, 8, 3, 421);
+                     Rgba c = mix(rgb(0x6a5236), rgb(0xe8d8b4), cloth) * (0.8f + 0.4f * fold);
+                     c = c * (cloth > 0 ? 1 - 0.22f * lattice : 1);
+                     c.a = std::max(cloth, lattice);
                      return c;
                  });
 }

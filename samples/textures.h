@@ -6,6 +6,8 @@
 namespace sample
 {
 
+constexpr int animationFrames = 16; ///< of an image that changes
+
 // Stone and walls, texturestone.cpp.
 Image paintPaving();
 Image paintQuayWall();
@@ -31,7 +33,7 @@ Image paintRoofTiles();
 Image paintSlates();
 Image paintWindows(); ///< four columns; lower row lit, upper row dark; the last column holds shutters
 Image paintDoors();   ///< four columns
-Image paintLampGlass(int frame);
+Image paintLampGlass(int frame); ///< a flame behind glass
 
 // Sky, water and plants, texturenature.cpp.
 /// Colour of the sky in a direction that points up. sun is a unit vector.
@@ -55,7 +57,8 @@ Image paintNet();
 Image paintRatlines();
 Image paintGlow();
 Image paintShade();
-Image paintGlitter();
+Image paintGlitter(int frame);
+Image paintSail(); ///< of a windmill: a lattice with cloth on a part of it
 Image paintGull();
 
 } // namespace sample

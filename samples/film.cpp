@@ -95,7 +95,7 @@ int main(int argc, char** argv)
     RenderOptions options;
     options.scene = argv[1];
     options.output = argv[2];
-    options.camera = 1;
+    options.camera = 3;
     options.light.shadows = true;
     options.picture.width = 480;
     options.picture.height = 270;

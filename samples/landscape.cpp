@@ -76,9 +76,11 @@ static float farHeight(float azimuth, float distance)
 
 using Height = float (*)(float azimuth, float distance);
 
-// Land between two distances, seen from the harbour, finer near by.
+// Land between two distances, seen from the harbour, finer near by. It ends a little below the water.
 static void landStrip(Builder& b, Height height, Vec2 reach, Vec2 azimuths, int columns, int rows, float tile)
 {
+    // What mirrors the land stays below the water, too.
+    const float seabed = b.mirrorShift ? 0.1f : -0.1f;
     std::vector<Vec3> points;
     std::vector<Vec2> coords;
     for (int r = 0; r <= rows; ++r)
@@ -90,7 +92,7 @@ static void landStrip(Builder& b, Height height, Vec2 reach, Vec2 azimuths, int 
             const float azimuth =
                 mix(azimuths.x, azimuths.y, static_cast<float>(c) / static_cast<float>(columns));
             const Vec3 p = {distance * std::cos(azimuth), distance * std::sin(azimuth),
-                            height(azimuth, distance)};
+                            std::max(height(azimuth, distance), seabed)};
             points.push_back(p);
             coords.push_back({p.x / tile, p.y / tile});
         }
@@ -98,18 +100,30 @@ static void landStrip(Builder& b, Height height, Vec2 reach, Vec2 azimuths, int 
     b.net(points, coords, columns + 1, b.newGroup());
 }
 
+// Takes the flat ground under the water away: through the water the mirrored sky is seen.
+static void dropSeabed(Mesh& mesh)
+{
+    std::erase_if(mesh.faces,
+                  [&](const Face& f)
+                  {
+                      return std::max({std::abs(mesh.points[f.a].z), std::abs(mesh.points[f.b].z),
+                                       std::abs(mesh.points[f.c].z)}) < 0.11f;
+                  });
+}
+
 void addHills(Scene& scene)
 {
-    Builder far(scene.addMesh("Far hills"));
-    far.material = farHills;
-    landStrip(far, farHeight, {560, 900}, {2.4f, -0.9f}, 50, 2, 260);
-    Builder near(scene.addMesh("Hills"));
-    near.material = hills;
-    landStrip(near, landHeight, {64, 484}, {2.1f, -0.95f}, 50, 7, 130);
-    Builder below(scene.addMesh("Hills below"));
-    below.mirrorShift = materialCount;
-    below.material = hills;
-    landStrip(below, landHeight, {64, 484}, {2.1f, -0.95f}, 20, 5, 130);
+    Mesh &far = scene.addMesh("Far hills"), &near = scene.addMesh("Hills"),
+         &below = scene.addMesh("Hills below");
+    Builder f(far), n(near), m(below);
+    f.material = farHills;
+    landStrip(f, farHeight, {560, 900}, {2.4f, -0.9f}, 50, 2, 260);
+    n.material = m.material = hills;
+    landStrip(n, landHeight, {64, 484}, {2.1f, -0.95f}, 50, 7, 130);
+    m.mirrorShift = materialCount;
+    landStrip(m, landHeight, {64, 484}, {2.1f, -0.95f}, 20, 5, 130);
+    for (Mesh* mesh : {&far, &near, &below})
+        dropSeabed(*mesh);
 }
 
 // A stretch of quay wall from a to b, the water on the left of the way, with its coping.
@@ -143,6 +157,8 @@ static void wallAlong(Builder& b, Vec2 from, Vec2 to, float height)
     b.panel(top + along + out + Vec3{0, 0, 0.03f}, along * -1, out * -5.0f, {{0, 0.1f}, {len / 2, 0.42f}});
 }
 
+constexpr float landsEnd = -48; ///< the western end of the ground behind the quays
+
 void addQuays(Scene& scene)
 {
     Mesh& ground = scene.addMesh("Quay");
@@ -162,7 +178,7 @@ void addQuays(Scene& scene)
     b.material = grass;
     b.cell = 8;
     b.panel({10, -60, quayHeight}, {60, 0, 0}, {0, 115, 0}, {{0, 0}, {15, 28}});
-    b.panel({-40, 55, quayHeight}, {110, 0, 0}, {0, 22, 0}, {{0, 0}, {27, 6}});
+    b.panel({landsEnd, 55, quayHeight}, {70 - landsEnd, 0, 0}, {0, 22, 0}, {{0, 0}, {29, 6}});
 
     Mesh& walls = scene.addMesh("Quay walls");
     Mesh& below = scene.addMesh("Quay walls below");
@@ -173,6 +189,9 @@ void addQuays(Scene& scene)
         w.cell = mirrored ? 20 : 3.4f;
         wallAlong(w, {0, -46}, {0, 46}, quayHeight);
         wallAlong(w, {0, 46}, {-37, 46}, quayHeight);
+        wallAlong(w, {-37, 46}, {-37, 55}, quayHeight);
+        wallAlong(w, {-37, 55}, {landsEnd, 55}, quayHeight);
+        wallAlong(w, {landsEnd, 55}, {landsEnd, 77}, quayHeight);
     }
 }
 

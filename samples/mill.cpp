@@ -10,7 +10,7 @@
 namespace sample
 {
 
-constexpr Vec2 millPlace = {3.5f, 122};
+constexpr Vec2 millPlace = {8, 122};
 constexpr float towerHeight = 14;
 constexpr float sailLength = 10.5f, sailWidth = 2.3f;
 constexpr Vec3 hub = {0, -3.4f, towerHeight + 1.1f};

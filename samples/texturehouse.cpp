@@ -197,7 +197,7 @@ Image paintLampGlass(int frame)
 {
     const float turn = 2 * pi * static_cast<float>(frame) / animationFrames;
     const float x = 0.5f + 0.05f * std::sin(2 * turn), y = 0.45f + 0.05f * std::sin(3 * turn);
-    const float size = 2 + 0.5f * std::sin(turn) * std::sin(5 * turn);
+    const float size = 2.1f - 0.1f * std::cos(turn) + 0.5f * std::sin(turn) * std::sin(5 * turn);
     return paint(64, 64,
                  [=](float u, float v)
                  {

@@ -69,7 +69,7 @@ static std::string problemOfNames(const std::vector<PackMember>& members)
 
 std::string layOutPack(std::vector<PackMember>* members)
 {
-    const std::string problem = problemOfNames(*members);
+    std::string problem = problemOfNames(*members);
     if (!problem.empty())
         return problem;
 
@@ -125,6 +125,7 @@ bool writePack(std::ostream& out, const std::vector<PackMember>& members,
 std::string buildPack(const std::vector<PackContent>& files)
 {
     std::vector<PackMember> members;
+    members.reserve(files.size());
     for (const PackContent& file : files)
         members.push_back({file.name, file.bytes.size(), members.size()});
     if (!layOutPack(&members).empty())

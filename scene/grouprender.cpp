@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "animation/ogroupanimation.h"
+#include "scene/materialtable.h"
 #include "scene/statictransform.h"
 #include "vornik/core/errorlog.h"
 #include "vornik/rasterizer/frustum.h"
@@ -42,6 +43,7 @@ int OGroup::render(int flags, Camera* camera)
         animateTextures();
     if (animated && activePathList)
         noteTracks(*activePathList);
+    const NotedMaterials materials(activeTList);
 
     for (int i = 0; i < meshCount; i++)
     {

@@ -6,6 +6,7 @@
 
 #include <initializer_list>
 
+#include "scene/materialtable.h"
 #include "vornik/assets/texture.h"
 #include "vornik/assets/tlist.h"
 #include "vornik/core/errorlog.h"
@@ -36,7 +37,7 @@ static void forEachRange(const Mesh& mesh, TList* list, Use use)
     for (int i = 0; i < mesh.materialFaces->count; ++i)
     {
         const MaterialFaceRange& range = mesh.materialFaces->ranges[i];
-        Material* material = list->getMaterial(mesh.faceMaterials[range.first].materialIndex);
+        Material* material = findMaterial(list, mesh.faceMaterials[range.first].materialIndex);
         if (material)
             use(range, *material);
     }

@@ -10,6 +10,7 @@
 #include "assets/chunkwalk.h"
 #include "assets/loadkeyframes.h"
 #include "assets/loadnodes.h"
+#include "assets/readvector.h"
 #include "vornik/animation/path.h"
 #include "vornik/assets/loader.h"
 #include "vornik/core/errorlog.h"
@@ -65,15 +66,6 @@ private:
 };
 
 } // namespace
-
-static Vertex3D readVector()
-{
-    Vertex3D v;
-    v.x = vrkLoader.getFloat();
-    v.y = vrkLoader.getFloat();
-    v.z = vrkLoader.getFloat();
-    return v;
-}
 
 int read3dsKeyframer(int length, OGroup* group, PathList* paths)
 {
@@ -298,11 +290,6 @@ int KeyframeReader::readKeyHeader()
         if (flags & 1 << bit)
             vrkLoader.getFloat();
     return frame;
-}
-
-static bool isFinite(const Vertex3D& v)
-{
-    return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
 }
 
 // Objects would stand at their last key up to the first one. A key in front of all keeps them at the first.

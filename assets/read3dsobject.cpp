@@ -11,6 +11,7 @@
 #include "assets/chunkwalk.h"
 #include "assets/loadmaterials.h"
 #include "assets/loadnodes.h"
+#include "assets/readvector.h"
 #include "vornik/assets/load3ds.h"
 #include "vornik/assets/loader.h"
 #include "vornik/assets/read3dsmaterial.h"
@@ -80,23 +81,9 @@ private:
 
 } // namespace
 
-static Vertex3D readVector()
-{
-    Vertex3D v;
-    v.x = vrkLoader.getFloat();
-    v.y = vrkLoader.getFloat();
-    v.z = vrkLoader.getFloat();
-    return v;
-}
-
 static int readCount()
 {
     return static_cast<uint16_t>(vrkLoader.getShort());
-}
-
-static bool isFinite(const Vertex3D& v)
-{
-    return isfinite(v.x) && isfinite(v.y) && isfinite(v.z);
 }
 
 // Some modellers write vertices that are no numbers, which no face uses. They would spoil every bounding box.

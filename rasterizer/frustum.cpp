@@ -7,6 +7,7 @@
 #include <cmath>
 #include <initializer_list>
 
+#include "core/facecorners.h"
 #include "rasterizer/constants.h"
 #include "vornik/rasterizer/startup.h"
 #include "vornik/scene/mesh.h"
@@ -100,7 +101,7 @@ bool vrkPointInsideObject(Mesh* mesh, Vertex3D* point)
     for (int i = 0; i < mesh->faceCount; ++i)
     {
         const Facelist& face = mesh->faces[i];
-        if (face.a >= mesh->vertexCount || face.b >= mesh->vertexCount || face.c >= mesh->vertexCount)
+        if (!hasCorners(face, mesh->vertexCount))
             continue;
         const Vertex3D* v = mesh->calculatedVertices;
         const Vertex3D normal = calcNormal(&v[face.a], &v[face.b], &v[face.c]);

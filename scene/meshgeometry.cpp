@@ -10,6 +10,7 @@
 #include <GL/glu.h>
 
 #include "core/bits.h"
+#include "core/facecorners.h"
 #include "scene/statictransform.h"
 #include "scene/transformpoint.h"
 #include "vornik/rasterizer/startup.h"
@@ -69,7 +70,7 @@ void Mesh::calcNormals()
     for (int i = 0; i < faceCount; ++i)
     {
         const Facelist& face = faces[i];
-        if (face.a >= vertexCount || face.b >= vertexCount || face.c >= vertexCount)
+        if (!hasCorners(face, vertexCount))
             continue;
         const Vertex3D& a = originalVertices[face.a];
         Vertex3D normal = (originalVertices[face.b] - a) ^ (originalVertices[face.c] - a);

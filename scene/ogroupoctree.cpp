@@ -3,6 +3,7 @@
 #include <cmath>
 #include <initializer_list>
 
+#include "core/facecorners.h"
 #include "vornik/animation/path.h"
 #include "vornik/core/errorlog.h"
 #include "vornik/scene/mesh.h"
@@ -40,7 +41,7 @@ static float largestSide(const Mesh& mesh)
     for (int i = 0; mesh.faces && mesh.calculatedVertices && i < mesh.faceCount; i++)
     {
         const Facelist& face = mesh.faces[i];
-        if (face.a >= mesh.vertexCount || face.b >= mesh.vertexCount || face.c >= mesh.vertexCount)
+        if (!hasCorners(face, mesh.vertexCount))
             continue;
         const Vertex3D* v = mesh.calculatedVertices;
         compare(v[face.a], v[face.b]);

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "core/facecorners.h"
 #include "platform/file.h"
 #include "spatial/octreegeometry.h"
 #include "vornik/core/memory.h"
@@ -62,7 +63,7 @@ static bool cornersOf(const OTPolyData& poly, Vertex3D* corners)
     if (!mesh.faces || !mesh.calculatedVertices || poly.face < 0 || poly.face >= mesh.faceCount)
         return false;
     const Facelist& face = mesh.faces[poly.face];
-    if (face.a >= mesh.vertexCount || face.b >= mesh.vertexCount || face.c >= mesh.vertexCount)
+    if (!hasCorners(face, mesh.vertexCount))
         return false;
     corners[0] = mesh.calculatedVertices[face.a] + mesh.position;
     corners[1] = mesh.calculatedVertices[face.b] + mesh.position;

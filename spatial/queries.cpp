@@ -6,6 +6,7 @@
 #include <chrono>
 #include <cstdlib>
 
+#include "core/facecorners.h"
 #include "vornik/assets/tlist.h"
 #include "vornik/scene/material.h"
 #include "vornik/scene/mesh.h"
@@ -136,7 +137,7 @@ bool vrkRayBox(Vertex3D* start, Vertex3D* end, Mesh* mesh, Vertex3D* point)
     for (int i = 0; i < mesh->faceCount; ++i)
     {
         const Facelist& face = mesh->faces[i];
-        if (face.a >= mesh->vertexCount || face.b >= mesh->vertexCount || face.c >= mesh->vertexCount)
+        if (!hasCorners(face, mesh->vertexCount))
             continue;
         const Vertex3D *a = &mesh->transformedVertices[face.a], *b = &mesh->transformedVertices[face.b],
                        *c = &mesh->transformedVertices[face.c];

@@ -34,7 +34,8 @@ struct Neighbourhood
     float firstFactor() const
     {
         const int64_t sum = int64_t(before.frame) + key.frame;
-        return sum == 0 ? 0.0f : static_cast<float>(2 * int64_t(key.frame) / sum);
+        const int64_t whole = sum == 0 ? 0 : 2 * int64_t(key.frame) / sum;
+        return static_cast<float>(whole);
     }
     float secondFactor() const
     {

@@ -91,7 +91,7 @@ std::string AnimatedPng::begin(const std::string& path, int width, int height, i
 std::string AnimatedPng::add(const Image& picture)
 {
     std::string png;
-    const std::string problem = encode(picture, &png);
+    std::string problem = encode(picture, &png);
     if (!problem.empty())
         return problem;
     const bool first = sequence == 0;

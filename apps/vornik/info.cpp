@@ -1,6 +1,7 @@
 #include "apps/vornik/info.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 
 #include "apps/vornik/json.h"
@@ -250,7 +251,7 @@ static std::string jsonCameras(const OGroup& group)
 }
 
 static void printForPrograms(const SceneFile& file, const OGroup& group, const std::vector<ImageUse>& images,
-                             const KeyframeFigures& keyframes)
+                             const KeyframeFigures& keyframes, const std::string& octreeFields)
 {
     const Totals totals = countAll(group, images);
     const std::string keyframeFields = JsonObject()
@@ -262,19 +263,75 @@ static void printForPrograms(const SceneFile& file, const OGroup& group, const s
                                            .add("firstFrame", keyframes.firstFrame)
                                            .add("lastFrame", keyframes.lastFrame)
                                            .text();
-    const std::string text = JsonObject()
-                                 .add("file", file.path)
-                                 .add("bytes", static_cast<int>(file.bytes.size()))
-                                 .add("vertices", totals.vertices)
-                                 .add("faces", totals.faces)
-                                 .add("missingImages", totals.missingImages)
-                                 .addRaw("meshes", jsonMeshes(group))
-                                 .addRaw("materials", jsonMaterials(group, images))
-                                 .addRaw("lights", jsonLights(group))
-                                 .addRaw("cameras", jsonCameras(group))
-                                 .addRaw("keyframes", keyframeFields)
-                                 .text();
-    std::printf("%s\n", text.c_str());
+    JsonObject all;
+    all.add("file", file.path)
+        .add("bytes", static_cast<int>(file.bytes.size()))
+        .add("vertices", totals.vertices)
+        .add("faces", totals.faces)
+        .add("missingImages", totals.missingImages)
+        .addRaw("meshes", jsonMeshes(group))
+        .addRaw("materials", jsonMaterials(group, images))
+        .addRaw("lights", jsonLights(group))
+        .addRaw("cameras", jsonCameras(group))
+        .addRaw("keyframes", keyframeFields);
+    if (!octreeFields.empty())
+        all.addRaw("octree", octreeFields);
+    std::printf("%s\n", all.text().c_str());
+}
+
+struct TreeFigures
+{
+    int nodes = 0, leaves = 0, depth = 0, references = 0, planes = 0;
+    size_t bytes = 0;
+    double seconds = 0;
+};
+
+static void count(const octreeNode* node, TreeFigures* figures)
+{
+    ++figures->nodes;
+    figures->depth = std::max(figures->depth, static_cast<int>(node->depth));
+    figures->references += node->polys.size;
+    figures->bytes += sizeof(octreeNode) + static_cast<size_t>(node->polys.room) * sizeof(OTPolyData);
+    figures->leaves += !node->hasChildren;
+    for (const Plane* plane = node->planes; plane; plane = plane->next)
+    {
+        ++figures->planes;
+        figures->bytes += sizeof(Plane) + static_cast<size_t>(plane->faceCount) * sizeof(PlaneList);
+    }
+    for (const octreeNode* child : node->child)
+        if (child)
+            count(child, figures);
+}
+
+static TreeFigures buildTree(OGroup* group)
+{
+    TreeFigures figures;
+    const auto begin = std::chrono::steady_clock::now();
+    if (group->constructOctree() != 0)
+        return figures;
+    figures.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+    count(group->octree, &figures);
+    return figures;
+}
+
+static std::string jsonTree(const TreeFigures& tree)
+{
+    return JsonObject()
+        .add("nodes", tree.nodes)
+        .add("leaves", tree.leaves)
+        .add("depth", tree.depth)
+        .add("references", tree.references)
+        .add("planes", tree.planes)
+        .add("bytes", static_cast<int>(tree.bytes))
+        .text();
+}
+
+static void printTree(const TreeFigures& tree)
+{
+    std::printf("\nOctree: %d leaves, depth %d, %.1f faces a leaf, %d planes, %.1f MB, built in %.3f s\n",
+                tree.leaves, tree.depth,
+                tree.leaves > 0 ? static_cast<double>(tree.references) / tree.leaves : 0.0, tree.planes,
+                static_cast<double>(tree.bytes) / 1e6, tree.seconds);
 }
 
 int info(const InfoOptions& options)
@@ -295,9 +352,14 @@ int info(const InfoOptions& options)
         return fail(options.scene + ": the engine can't read the file");
     const std::vector<ImageUse> images = findImages(group, file.pack);
     const KeyframeFigures keyframes = countKeyframes(file);
+    TreeFigures tree;
+    if (options.octree)
+        tree = buildTree(group);
     if (options.json)
-        printForPrograms(file, *group, images, keyframes);
+        printForPrograms(file, *group, images, keyframes, options.octree ? jsonTree(tree) : "");
     else
         printForPeople(file, *group, images, keyframes);
+    if (options.octree && !options.json)
+        printTree(tree);
     return 0;
 }

@@ -10,6 +10,7 @@ struct InfoOptions
     std::string scene;
     LoadOptions load;
     bool json = false;
+    bool octree = false; ///< tells its figures, too
 };
 
 /// @return the exit status

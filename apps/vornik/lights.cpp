@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <vector>
+
+#include "apps/vornik/progressbar.h"
 
 // Reaches as far as any scene.
 static const float endless = 1e18f;
@@ -110,7 +113,7 @@ static void addAmbient(OGroup* group, const Vertex3D& up, float ambient)
 
 void lightScene(OGroup* group, const View& view, const LightOptions& options)
 {
-    if (!options.classic)
+    if (!options.classic && options.turnsBacks)
         turnBacks(group, view.camera.eye, options.twoSided);
 
     const int shadows = options.shadows ? VRK_LIGHT_SHADOWS : 0;
@@ -120,7 +123,9 @@ void lightScene(OGroup* group, const View& view, const LightOptions& options)
         if (!options.classic && (hasNoRanges(*light) || !reachesAnything(group, *light)))
             light->innerRange = light->outerRange = endless;
         group->calcDynamicLight(light, shadows | (i == 0 ? VRK_LIGHT_CLEAR : 0));
+        showProgress(static_cast<float>(i + 1) / static_cast<float>(group->lightCount));
     }
+    clearProgress();
     if (group->lightCount == 0)
     {
         Light lamp = shoulderLamp(view);
@@ -128,4 +133,34 @@ void lightScene(OGroup* group, const View& view, const LightOptions& options)
     }
     addAmbient(group, view.up, options.ambient);
     group->applyLights();
+}
+
+// What a file of light for the group has in bytes.
+static uintmax_t sizeOfLights(const OGroup& group)
+{
+    uintmax_t vertices = 0;
+    for (int i = 0; i < group.meshCount; ++i)
+        vertices += static_cast<uintmax_t>(std::max(group.meshes[i]->vertexCount, 0));
+    return vertices * sizeof(Color);
+}
+
+std::string saveBakedLight(OGroup* group, const std::string& path)
+{
+    group->saveLights(path.c_str());
+    std::error_code failed;
+    return std::filesystem::file_size(path, failed) == sizeOfLights(*group) && !failed ? ""
+                                                                                       : "can't be written";
+}
+
+std::string takeBakedLight(OGroup* group, const std::string& path)
+{
+    std::error_code failed;
+    const uintmax_t size = std::filesystem::file_size(path, failed);
+    if (failed)
+        return "can't be opened";
+    if (size != sizeOfLights(*group))
+        return "is the light of another scene, or of other options";
+    group->loadLights(path.c_str());
+    group->applyLights();
+    return "";
 }

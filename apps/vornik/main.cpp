@@ -7,6 +7,7 @@
 #include <CLI/CLI.hpp>
 
 #include "apps/vornik/arguments.h"
+#include "apps/vornik/bake.h"
 #include "apps/vornik/info.h"
 #include "apps/vornik/packcommand.h"
 #include "apps/vornik/render.h"
@@ -19,6 +20,7 @@ enum ExitStatus
 
 // The options live as long as the program: the command line's callbacks fill them.
 static RenderOptions renderOptions;
+static BakeOptions bakeOptions;
 static InfoOptions infoOptions;
 
 static void addLoadOptions(CLI::App* command, LoadOptions* load)
@@ -146,6 +148,20 @@ static void addDrawingOptions(CLI::App* command, PictureOptions* picture)
         "--cull", [picture] { picture->flags |= VRK_RENDER_CULL; }, "Skip meshes outside the view");
 }
 
+static void addLightOptions(CLI::App* command, LightOptions* light)
+{
+    command->add_flag("--shadows", light->shadows, "Trace the shadows of every light");
+    command->add_option("--ambient", light->ambient, "Light that reaches everything, 0 to 1")
+        ->check(CLI::Range(0.0f, 1.0f))
+        ->type_name("F")
+        ->capture_default_str();
+}
+
+static void addSmoothOption(CLI::App* command, LoadOptions* load)
+{
+    command->add_flag("--smooth,!--no-smooth", load->smooth, "Split vertices along smoothing groups (on)");
+}
+
 static CLI::App* addRender(CLI::App* app, RenderOptions* options)
 {
     CLI::App* command = app->add_subcommand("render", "Draw a picture of a scene");
@@ -163,16 +179,30 @@ static CLI::App* addRender(CLI::App* app, RenderOptions* options)
     addDrawingOptions(command, &options->picture);
     addViewOptions(command, options);
     addFrameOptions(command, options);
-    command->add_flag("--smooth,!--no-smooth", options->load.smooth,
-                      "Split vertices along smoothing groups (on)");
-    command->add_flag("--shadows", options->light.shadows, "Trace the shadows of every light");
-    command->add_option("--ambient", options->light.ambient, "Light that reaches everything, 0 to 1")
-        ->check(CLI::Range(0.0f, 1.0f))
-        ->type_name("F")
-        ->capture_default_str();
+    addSmoothOption(command, &options->load);
+    addLightOptions(command, &options->light);
+    command->add_option("--lights", options->lights, "Take the light from a file of vornik bake")
+        ->type_name("FILE");
     addLoadOptions(command, &options->load);
     command->add_flag("--partial", options->partial, "Draw what there is of a file that is cut short");
     command->add_flag("--quiet", options->quiet, "No progress bar, no lines about missing images");
+    return command;
+}
+
+static CLI::App* addBake(CLI::App* app, BakeOptions* options)
+{
+    CLI::App* command = app->add_subcommand("bake", "Trace a scene's light and keep it in a file");
+    command->footer("Examples:\n"
+                    "  vornik bake harbour.3ds -o harbour.lights --shadows\n"
+                    "  vornik render harbour.3ds -o harbour.png --lights harbour.lights\n"
+                    "Load the scene in the same way both times: the file has a colour for each vertex.\n"
+                    "Exit status: 0 done, 1 a file can't be read or written, 2 a wrong command line.");
+    command->add_option("FILE.3DS", options->scene, "The scene")->required();
+    command->add_option("-o,--output", options->output, "The file of light")->type_name("FILE")->required();
+    addLightOptions(command, &options->light);
+    addSmoothOption(command, &options->load);
+    addLoadOptions(command, &options->load);
+    command->add_flag("--quiet", options->quiet, "No progress bar");
     return command;
 }
 
@@ -185,6 +215,7 @@ static CLI::App* addInfo(CLI::App* app, InfoOptions* options)
                     "Exit status: 0 done, 1 the file can't be read, 2 a wrong command line.");
     command->add_option("FILE.3DS", options->scene, "The scene")->required();
     command->add_flag("--json", options->json, "Print JSON for programs");
+    command->add_flag("--octree", options->octree, "Build the octree and tell its figures");
     addLoadOptions(command, &options->load);
     return command;
 }
@@ -197,6 +228,7 @@ static int runCommand(int argc, char** argv)
     app.footer("vornik render --help, vornik info --help and vornik pack --help list the options.");
     CLI::App* renderCommand = addRender(&app, &renderOptions);
     CLI::App* infoCommand = addInfo(&app, &infoOptions);
+    CLI::App* bakeCommand = addBake(&app, &bakeOptions);
     const std::function<int()> runPack = addPack(&app);
     try
     {
@@ -214,6 +246,13 @@ static int runCommand(int argc, char** argv)
         renderOptions.load.keyframes = !renderOptions.load.classic || renderOptions.frames.asked;
         renderOptions.light.twoSided = (renderOptions.picture.flags & VRK_RENDER_TWOSIDED) != 0;
         return render(renderOptions);
+    }
+    if (bakeCommand->parsed())
+    {
+        bakeOptions.light.classic = bakeOptions.load.classic;
+        bakeOptions.light.turnsBacks = false; // there is no viewer
+        bakeOptions.load.keyframes = !bakeOptions.load.classic;
+        return bake(bakeOptions);
     }
     if (!infoCommand->parsed())
         return runPack();

@@ -92,7 +92,7 @@ static std::string drawFrames(OGroup* group, const RenderOptions& options, const
         const int frame = frames.first + i * frames.step;
         moveTo(group, frame);
         View view = chooseView(group, options);
-        if (i == 0)
+        if (i == 0 && options.lights.empty())
             lightScene(group, view, options.light);
         if (options.moved)
             options.moved(group, frame);
@@ -126,6 +126,8 @@ int render(const RenderOptions& options)
         return fail(problem);
 
     const std::string output = std::filesystem::absolute(options.output).string();
+    const std::string lights =
+        options.lights.empty() ? "" : std::filesystem::absolute(options.lights).string();
     vrkInitErrorLog(3); // this host tells itself what matters
     if (!startDrawing(options.picture))
         return fail("can't start OpenGL off-screen");
@@ -140,6 +142,10 @@ int render(const RenderOptions& options)
         reportMissingImages(images);
     completeMaterials(group, images, file.pack, options.load.classic);
 
+    if (!options.lights.empty())
+        problem = takeBakedLight(group, lights);
+    if (!problem.empty())
+        return fail(options.lights + ": " + problem);
     if (options.loaded)
         options.loaded(group);
     problem = drawFrames(group, options, output);

@@ -25,6 +25,7 @@ struct RenderOptions
 {
     std::string scene;
     std::string output;
+    std::string lights; ///< file of baked light; empty to light the scene
     LoadOptions load;
     LightOptions light;
     PictureOptions picture;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "scene/worldcorners.h"
 #include "vornik/assets/tlist.h"
 #include "vornik/scene/material.h"
 #include "vornik/scene/mesh.h"
@@ -85,16 +86,13 @@ static int collect(const Move& move, int leafCount)
 
 // Does the sphere's middle, seen along the face, lie in the triangle grown by the radius? Corners are
 // bevelled.
-static bool touches(const Move& move, const PlaneList& member, Vertex3D* normal)
+static bool touches(const Move& move, WorldCorners* world, const PlaneList& member, Vertex3D* normal)
 {
-    Mesh* mesh = member.mesh;
-    if (!mesh || !mesh->faces || !mesh->edgeNormals || member.face < 0 || member.face >= mesh->faceCount)
+    Vertex3D corners[3];
+    if (!world->get(member.mesh, member.face, corners) || !member.mesh->edgeNormals)
         return false;
-    const Facelist& face = mesh->faces[member.face];
-    const Vertex3D a = mesh->calculatedVertex(face.a);
-    const Vertex3D b = mesh->calculatedVertex(face.b);
-    const Vertex3D c = mesh->calculatedVertex(face.c);
-    const EdgeNormal& edges = mesh->edgeNormals[member.face];
+    const Vertex3D &a = corners[0], &b = corners[1], &c = corners[2];
+    const EdgeNormal& edges = member.mesh->edgeNormals[member.face];
     const auto isWithin = [&](const Vertex3D& corner, const Vertex3D& outward)
     { return (move.position - corner) * outward < move.radius; };
     if (!isWithin(a, edges.edgeNormal[0]) || !isWithin(b, edges.edgeNormal[1]) ||
@@ -108,11 +106,12 @@ static bool touches(const Move& move, const PlaneList& member, Vertex3D* normal)
 // The first plane that is hit, with the normal of the face; null if none is.
 static Plane* firstHit(const Move& move, int count, Vertex3D* normal)
 {
+    WorldCorners world;
     for (int i = 0; i < count; ++i)
     {
         Plane* plane = candidates[i].plane;
         for (int face = 0; plane->faces && face < plane->faceCount; ++face)
-            if (touches(move, plane->faces[face], normal))
+            if (touches(move, &world, plane->faces[face], normal))
                 return plane;
     }
     return nullptr;

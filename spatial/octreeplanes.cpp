@@ -5,6 +5,7 @@
 #include <new>
 #include <vector>
 
+#include "scene/worldcorners.h"
 #include "vornik/scene/mesh.h"
 #include "vornik/spatial/octree.h"
 
@@ -18,13 +19,11 @@ struct WorldFace
     int material;
 };
 
-static WorldFace worldFace(const OTPolyData& poly)
+static WorldFace worldFace(WorldCorners* world, const OTPolyData& poly)
 {
-    const Facelist& face = poly.mesh->faces[poly.face];
-    WorldFace result = {{poly.mesh->calculatedVertex(face.a), poly.mesh->calculatedVertex(face.b),
-                         poly.mesh->calculatedVertex(face.c)},
-                        {},
-                        poly.mesh->faceMaterials ? poly.mesh->faceMaterials[poly.face].materialIndex : 0};
+    WorldFace result = {};
+    world->get(poly.mesh, poly.face, result.corners);
+    result.material = poly.mesh->faceMaterials ? poly.mesh->faceMaterials[poly.face].materialIndex : 0;
     result.normal = calcNormal(&result.corners[0], &result.corners[1], &result.corners[2]);
     return result;
 }
@@ -56,9 +55,10 @@ int octreeNode::createPlanes(float tolerance)
 {
     // Every face is put into the world once, however many others it is compared with.
     std::vector<WorldFace> faces;
+    WorldCorners world;
     faces.reserve(static_cast<size_t>(polys.size));
     for (int i = 0; i < polys.size; ++i)
-        faces.push_back(worldFace(polys.items[i]));
+        faces.push_back(worldFace(&world, polys.items[i]));
     std::vector<char> taken(faces.size(), 0);
     std::vector<PlaneList> members;
     Plane** tail = &planes;

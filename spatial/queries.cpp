@@ -7,6 +7,7 @@
 #include <cstdlib>
 
 #include "core/facecorners.h"
+#include "scene/worldcorners.h"
 #include "vornik/assets/tlist.h"
 #include "vornik/scene/material.h"
 #include "vornik/scene/mesh.h"
@@ -56,17 +57,14 @@ Vertex3D findIntersectionPoint(const Vertex3D* start, const Vertex3D* end, const
 }
 
 // Where a ray meets a face of a mesh in the world. @return false if it doesn't, or if the face doesn't exist
-static bool hitFace(const Vertex3D& start, const Vertex3D& end, Mesh* mesh, int face, Vertex3D* point)
+static bool hitFace(const Vertex3D& start, const Vertex3D& end, WorldCorners* world, Mesh* mesh, int face,
+                    Vertex3D* point)
 {
-    if (!mesh || !mesh->faces || face < 0 || face >= mesh->faceCount)
+    Vertex3D corners[3];
+    if (!world->get(mesh, face, corners) ||
+        !(intersect2(&start, &end, &corners[0], &corners[1], &corners[2]) >= 0.0f))
         return false;
-    const Facelist& corners = mesh->faces[face];
-    const Vertex3D a = mesh->calculatedVertex(corners.a);
-    const Vertex3D b = mesh->calculatedVertex(corners.b);
-    const Vertex3D c = mesh->calculatedVertex(corners.c);
-    if (!(intersect2(&start, &end, &a, &b, &c) >= 0.0f))
-        return false;
-    *point = findIntersectionPoint(&start, &end, &a, &b, &c);
+    *point = findIntersectionPoint(&start, &end, &corners[0], &corners[1], &corners[2]);
     return true;
 }
 
@@ -75,12 +73,13 @@ template <class Use>
 static bool forEachHit(const Vertex3D& start, const Vertex3D& end, octreeNode* const* leaves, int count,
                        Use use)
 {
+    WorldCorners world;
     for (int leaf = 0; leaf < count; ++leaf)
         for (int i = 0; i < leaves[leaf]->polys.size; ++i)
         {
             const OTPolyData& poly = leaves[leaf]->polys.items[i];
             Vertex3D point;
-            if (hitFace(start, end, poly.mesh, poly.face, &point) && use(point, poly))
+            if (hitFace(start, end, &world, poly.mesh, poly.face, &point) && use(point, poly))
                 return true;
         }
     return false;
@@ -188,11 +187,12 @@ Vertex3D vrkCheckHeight2(Vertex3D* start, Vertex3D* end, OGroup* group)
 {
     Vertex3D result = {0.0f, 0.0f, 0.0f};
     float toBeat = FLT_MIN;
+    WorldCorners world;
     for (int m = 0; start && end && group && m < group->meshCount; ++m)
         for (int face = 0; group->meshes[m] && face < group->meshes[m]->faceCount; ++face)
         {
             Vertex3D point;
-            if (hitFace(*start, *end, group->meshes[m], face, &point) && point.z > toBeat)
+            if (hitFace(*start, *end, &world, group->meshes[m], face, &point) && point.z > toBeat)
             {
                 result = point;
                 toBeat = point.z;

@@ -146,6 +146,8 @@ private:
 
     const double* currentWorldMatrix();
     void detachArrays();
+
+    friend class WorldCorners; // many vertices through one matrix
 };
 
 #endif

@@ -19,6 +19,7 @@
 #include "vornik/scene/material.h"
 #include "vornik/scene/mesh.h"
 #include "vornik/scene/ogroup.h"
+#include "vornik/spatial/octree.h"
 
 static const int objects = LOAD_MESHES | LOAD_LIGHTS | LOAD_CAMERAS;
 
@@ -484,6 +485,21 @@ TEST_F(Load3ds, KeyframeFlagLinksObjectsByTheirNumbers)
     EXPECT_EQ(group->animated, 1);
     EXPECT_EQ(group->pathListCount, 1);
     EXPECT_EQ(group->frameCount, 100);
+}
+
+TEST_F(Load3ds, OctreeFlagBuildsTheTreeLast)
+{
+    ASSERT_EQ(load({.meshes = {square("A")}}, LOAD_MESHES), 0);
+    EXPECT_EQ(group->octree, nullptr);
+    group = std::make_unique<OGroup>();
+    ASSERT_EQ(load({.meshes = {square("A")}}, LOAD_MESHES | LOAD_OCTREE), 0);
+    ASSERT_NE(group->octree, nullptr);
+    EXPECT_EQ(group->octree->polys.size, 2);
+    EXPECT_EQ(group->octree->max.z, 6.0f); // where the finished mesh stands
+    group = std::make_unique<OGroup>();
+    EXPECT_EQ(load(build3ds({}), LOAD_MESHES | LOAD_OCTREE), 0);
+    EXPECT_TRUE(logged("Cannot create octree for OGroup! Possible memory leak or OGroup is NULL!"));
+    EXPECT_EQ(group->octree, nullptr);
 }
 
 TEST_F(Load3ds, TruncatedFileIsNoError)

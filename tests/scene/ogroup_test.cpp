@@ -12,6 +12,7 @@
 #include "vornik/assets/texture.h"
 #include "vornik/assets/tlist.h"
 #include "vornik/particles/particlesource.h"
+#include "vornik/rasterizer/startup.h"
 #include "vornik/scene/material.h"
 #include "vornik/scene/mesh.h"
 #include "vornik/scene/object.h"
@@ -550,6 +551,23 @@ static Mesh* filled(const char* name, int vertices, int faces, float value)
         mesh->edgeNormals[i].edgeNormal[0] = {value, value, value};
     }
     return mesh;
+}
+
+TEST(Attach, OctreeGoes)
+{
+    const GroupPtr group = makeGroup();
+    Mesh* mesh = makeMesh("M", {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}, {{0, 1, 2}});
+    group->addMesh(mesh);
+    vrkSelectRasterizer(7);
+    group->constructOctree();
+    vrkSelectRasterizer(0);
+    ASSERT_NE(group->octree, nullptr);
+    group->markAttach(false, mesh);
+    group->attach(); // nothing is marked
+    EXPECT_NE(group->octree, nullptr);
+    group->markAttach(true, mesh);
+    group->attach();
+    EXPECT_EQ(group->octree, nullptr);
 }
 
 TEST(Attach, OneMarkedMeshIsCopiedAndDeleted)

@@ -259,19 +259,23 @@ int octreeNode::traverseRay(Vertex3D* start, Vertex3D* end, octreeNode** out, in
     if (isNull(this) || !start || !end || !out || maxOut < 1 || !pointInside(start))
         return 0;
     rayLeaves = 0;
-    rayRecursion(start, end, out, maxOut);
+    if (segmentIntersectsBox(start, end, &min, &max))
+        rayRecursion(start, end, out, maxOut);
     return rayLeaves;
 }
 
 void octreeNode::rayRecursion(Vertex3D* start, Vertex3D* end, octreeNode** out, int maxOut)
 {
-    if (!segmentIntersectsBox(start, end, &min, &max))
+    if (!hasChildren)
+    {
+        if (rayLeaves < maxOut)
+            out[rayLeaves++] = this;
         return;
-    if (hasChildren)
-        for (octreeNode* node : child)
-            node->rayRecursion(start, end, out, maxOut);
-    else if (rayLeaves < maxOut)
-        out[rayLeaves++] = this;
+    }
+    const AskedChildren asked(*start, *end, {child[0]->min, child[7]->min}, {child[0]->max, child[7]->max});
+    for (int i = 0; i < 8; ++i)
+        if (asked.isPassed(i))
+            child[i]->rayRecursion(start, end, out, maxOut);
 }
 
 // The dominant component is 1 and the others in proportion, each with the sign of the direction.

@@ -148,3 +148,37 @@ bool segmentIntersectsBox(const Vertex3D* a, const Vertex3D* b, const Vertex3D* 
     const Vertex3D from = move(*a), to = move(*b);
     return segmentIntersectsCube(&from, &to);
 }
+
+AskedChildren::Ends AskedChildren::scaledEnds(float from, float to, float middle, float scale)
+{
+    Ends ends = {(from - middle) * scale, (to - middle) * scale, false};
+    const float sign = signOf(ends.to - ends.from);
+    ends.isBeside = sign * ends.from > 0.5f || sign * ends.to < -0.5f;
+    return ends;
+}
+
+AskedChildren::AskedChildren(const Vertex3D& start, const Vertex3D& end, const Vertex3D (&low)[2],
+                             const Vertex3D (&high)[2])
+{
+    for (int half = 0; half < 2; ++half)
+    {
+        hasWidth[half] = high[half].x - low[half].x != 0.0f;
+        const float scale = ToUnitCube(low[half], high[half]).scale;
+        x[half] = scaledEnds(start.x, end.x, (low[half].x + high[half].x) * 0.5f, scale);
+        for (int other = 0; other < 2; ++other)
+        {
+            y[half][other] = scaledEnds(start.y, end.y, (low[other].y + high[other].y) * 0.5f, scale);
+            z[half][other] = scaledEnds(start.z, end.z, (low[other].z + high[other].z) * 0.5f, scale);
+        }
+    }
+}
+
+bool AskedChildren::isPassed(int child) const
+{
+    const int half = child & 1;
+    const Ends &ex = x[half], &ey = y[half][child >> 1 & 1], &ez = z[half][child >> 2 & 1];
+    if (!hasWidth[half] || ex.isBeside || ey.isBeside || ez.isBeside)
+        return false;
+    const Vertex3D from = {ex.from, ey.from, ez.from}, to = {ex.to, ey.to, ez.to};
+    return segmentIntersectsCube(&from, &to);
+}

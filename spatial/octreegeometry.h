@@ -3,6 +3,29 @@
 
 #include "vornik/core/vectors.h"
 
+/// What segmentIntersectsBox answers for the eight children of a node, which share their middles and widths.
+class AskedChildren
+{
+public:
+    /// @param low, high  bounds of child 0 and of child 7
+    AskedChildren(const Vertex3D& start, const Vertex3D& end, const Vertex3D (&low)[2],
+                  const Vertex3D (&high)[2]);
+    bool isPassed(int child) const;
+
+private:
+    // Ends of the segment in the unit cubes of the halves along x, y and z. All are scaled by the width along
+    // x.
+    struct Ends
+    {
+        float from, to;
+        bool isBeside; ///< both lie beyond one side of the cube
+    };
+    static Ends scaledEnds(float from, float to, float middle, float scale);
+
+    bool hasWidth[2];
+    Ends x[2], y[2][2], z[2][2]; ///< [half along x][half along y or z]
+};
+
 struct AskedTriangle
 {
     const Vertex3D* corners; ///< [3]

@@ -108,8 +108,7 @@ static Mesh* makeInstance(Mesh* mesh)
     Mesh* copy = static_cast<Mesh*>(mesh->copyObject());
     if (copy->smoothingGroups && mesh->smoothingGroups)
         std::copy_n(mesh->smoothingGroups, mesh->faceCount, copy->smoothingGroups);
-    copy->name = nullptr; // the source's
-    copy->setName(mesh->name);
+    copy->setName(mesh->name); // a block of its own, as every object of a file has
     const auto axes = meshAxes.find(mesh);
     if (axes != meshAxes.end())
         rememberAxes(copy, std::array(axes->second).data());

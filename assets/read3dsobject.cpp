@@ -24,20 +24,6 @@
 namespace
 {
 
-// For objects that no group took: their names are nobody else's yet.
-struct Discard
-{
-    template <class T>
-    void operator()(T* object) const
-    {
-        vrkFree(&object->name);
-        delete object;
-    }
-};
-
-template <class T>
-using Spare = std::unique_ptr<T, Discard>;
-
 // What one object chunk has become so far. Its children are read by one flat walk: mesh, light, camera and
 // face list are entered, and what stands inside them comes up in the same walk.
 class ObjectReader
@@ -75,8 +61,8 @@ private:
     Light* light = nullptr;
     float multiplier = 1.0f; // of the light; used by the tolerant reading
     bool lightHasColor = false;
-    Spare<Mesh> spareMesh; // the current ones, where the group didn't take them
-    Spare<Light> spareLight;
+    std::unique_ptr<Mesh> spareMesh; // the current ones, where the group didn't take them
+    std::unique_ptr<Light> spareLight;
 };
 
 } // namespace
@@ -330,7 +316,7 @@ void ObjectReader::readCamera()
     auto* camera = new Camera;
     camera->visible = !hidden;
     camera->setName(name);
-    Spare<Camera> spare;
+    std::unique_ptr<Camera> spare;
     if (!(flags & LOAD_CAMERAS) || group->addCamera(camera) != 0)
         spare.reset(camera);
     camera->eye = readVector();

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "scene/materialranges.h"
+#include "scene/sharedname.h"
 
 Mesh::Mesh()
     : d3dMesh(nullptr), materialFaces(nullptr), displayList(0), transparentDisplayList(0), attachMark(1),
@@ -178,6 +179,7 @@ Object* Mesh::copyObject()
 {
     Mesh* copy = new Mesh;
     std::memcpy(static_cast<void*>(copy), static_cast<const void*>(this), sizeof(Mesh));
+    shareName(copy->name);
     // The arrays named by the copied record are the source's.
     copy->detachArrays();
     if (vertexCount > 0)

@@ -4,12 +4,43 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "vornik/core/memory.h"
+#include "scene/sharedname.h"
 
 Object::Object()
     : name(nullptr), parent(nullptr), objectId(0), parentId(0), visible(1), special(0), specialType(0),
       specialFade(0.0f)
 {
+}
+
+Object::Object(const Object& other) : name(nullptr)
+{
+    *this = other;
+}
+
+Object& Object::operator=(const Object& other)
+{
+    if (this == &other)
+        return *this;
+    shareName(other.name);
+    releaseName(&name);
+    location = other.location;
+    rotation = other.rotation;
+    position = other.position;
+    pivot = other.pivot;
+    name = other.name;
+    parent = other.parent;
+    objectId = other.objectId;
+    parentId = other.parentId;
+    visible = other.visible;
+    special = other.special;
+    specialType = other.specialType;
+    specialFade = other.specialFade;
+    return *this;
+}
+
+Object::~Object()
+{
+    releaseName(&name);
 }
 
 Object* Object::copyObject()
@@ -19,11 +50,13 @@ Object* Object::copyObject()
 
 void Object::setName(const char* text)
 {
-    vrkFree(&name);
+    // Copied before the old one goes: the text may be that very name.
     const size_t size = std::strlen(text) + 1;
-    name = static_cast<char*>(std::malloc(size));
-    if (name)
-        std::memcpy(name, text, size);
+    char* copy = static_cast<char*>(std::malloc(size));
+    if (copy)
+        std::memcpy(copy, text, size);
+    releaseName(&name);
+    name = copy;
 }
 
 void Object::setSpecial(int type)

@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include "vornik/scene/mesh.h"
+
 TEST(Object, Defaults)
 {
     const Object object;
@@ -30,7 +32,8 @@ TEST(Object, SetNameKeepsACopyOfAnyLength)
     EXPECT_EQ(object.name, std::string(300, 'n'));
     object.setName("other");
     EXPECT_STREQ(object.name, "other");
-    std::free(object.name);
+    object.setName(object.name);
+    EXPECT_STREQ(object.name, "other");
 }
 
 TEST(Object, CopiesShareTheName)
@@ -43,7 +46,33 @@ TEST(Object, CopiesShareTheName)
     EXPECT_EQ(copy->name, object.name);
     EXPECT_EQ(copy->position.y, 2.0f);
     EXPECT_EQ(copy->objectId, 7);
-    std::free(object.name);
+}
+
+TEST(Object, ANameLivesAsLongAsAnyCopy)
+{
+    auto object = std::make_unique<Mesh>();
+    object->setName("shared");
+    const std::unique_ptr<Object> copy(object->Object::copyObject());
+    const std::unique_ptr<Mesh> second(static_cast<Mesh*>(object->copyObject()));
+    object.reset();
+    EXPECT_STREQ(copy->name, "shared");
+    copy->setName("other");
+    EXPECT_STREQ(second->name, "shared");
+}
+
+TEST(Object, CopiesByAssignmentShareTheName)
+{
+    Light light;
+    light.setName("lamp");
+    {
+        Light other;
+        other.setName("gone");
+        other = light;
+        EXPECT_EQ(other.name, light.name);
+        const Light& self = other;
+        other = self;
+    }
+    EXPECT_STREQ(light.name, "lamp");
 }
 
 TEST(Object, SetSpecialHides)

@@ -17,7 +17,7 @@ public:
     Vertex4D rotation; ///< degrees about x, y, z; for a camera x is the heading and y the pitch
     Vertex3D position; ///< world position of a mesh
     Vertex3D pivot;    ///< point about which a mesh turns
-    char* name;        ///< heap copy, shared by copies made with copyObject; never released with the object
+    char* name;        ///< a malloc block, shared with copies; the last holder releases it
     Object* parent;    ///< in the keyframe hierarchy; not owned
     int32_t objectId;  ///< node number of the file
     int32_t parentId;  ///< node number of the parent, -1 for none
@@ -28,11 +28,14 @@ public:
 
     /// Leaves location, rotation, position and pivot unset; only Mesh clears them.
     Object();
+    /// Copies share the name.
+    Object(const Object& other);
+    Object& operator=(const Object& other);
+    ~Object();
 
     /// A copy of all fields that shares the name. The caller owns it.
     Object* copyObject();
-    /// Replaces the name by a copy of the text. Copies made with copyObject lose theirs: rename fresh objects
-    /// only.
+    /// Replaces the name by a copy of the text; copies made with copyObject keep the old one.
     void setName(const char* text);
     /// Marks the object as special and hides it. @param type  1: a glow sprite; other kinds draw nothing
     void setSpecial(int type);

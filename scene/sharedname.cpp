@@ -1,0 +1,34 @@
+// Most names have one holder. Only those with more are listed, by their address, so that a name which a host
+// has put in itself is freed like any other.
+
+#include "scene/sharedname.h"
+
+#include <unordered_map>
+
+#include "vornik/core/memory.h"
+
+// Holders beyond the first. Never destroyed: a host's static objects may outlive it.
+static std::unordered_map<char*, int>& furtherHolders()
+{
+    static auto* holders = new std::unordered_map<char*, int>;
+    return *holders;
+}
+
+void shareName(char* name)
+{
+    if (name)
+        ++furtherHolders()[name];
+}
+
+void releaseName(char** name)
+{
+    const auto shared = furtherHolders().find(*name);
+    if (shared == furtherHolders().end())
+    {
+        vrkFree(name);
+        return;
+    }
+    if (--shared->second == 0)
+        furtherHolders().erase(shared);
+    *name = nullptr;
+}

@@ -2,14 +2,16 @@
 
 PRESET ?= release
 JOBS ?= $(shell nproc)
+FUZZ_SECONDS ?= 60
 
-.PHONY: help setup build demo test asan bench format check-format tidy clean
+.PHONY: help setup build demo test asan fuzz bench format check-format tidy clean
 
 help:
 	@echo "make demo          render the sample scene"
 	@echo "make test          build and run every test"
 	@echo "make build         build the library and the command-line host"
 	@echo "make asan          build and run the tests with the sanitizers"
+	@echo "make fuzz          run every fuzz target for FUZZ_SECONDS seconds (60)"
 	@echo "make bench         run the benchmarks"
 	@echo "make format        lay out the code"
 	@echo "make tidy          run clang-tidy"
@@ -30,6 +32,9 @@ test: build
 
 asan:
 	@$(MAKE) --no-print-directory test PRESET=asan
+
+fuzz: setup
+	@scripts/fuzz $(FUZZ_SECONDS)
 
 bench: build
 	@scripts/bench build/$(PRESET)

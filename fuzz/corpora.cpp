@@ -1,0 +1,147 @@
+// Writes the files that each target starts from: make_corpora FOLDER makes FOLDER/<target>/<name>.
+
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "apps/vornik/packformat.h"
+#include "tests/support/completescene.h"
+#include "tests/support/imagewriter.h"
+#include "tests/support/writer3ds.h"
+
+namespace fs = std::filesystem;
+using Bytes = std::vector<uint8_t>;
+
+static fs::path root;
+
+static void save(const std::string& target, const std::string& name, const Bytes& bytes)
+{
+    fs::create_directories(root / target);
+    if (!saveFile((root / target / name).string(), bytes))
+        std::fprintf(stderr, "%s can't be written\n", name.c_str());
+}
+
+static Bytes bytesOf(const std::string& text)
+{
+    return {text.begin(), text.end()};
+}
+
+static std::string textOf(const Bytes& bytes)
+{
+    return {bytes.begin(), bytes.end()};
+}
+
+// Load flags stand in the last three bytes, the lowest last.
+static Bytes withFlags(Bytes bytes, uint32_t flags)
+{
+    for (const int shift : {16, 8, 0})
+        bytes.push_back(static_cast<uint8_t>(flags >> shift));
+    return bytes;
+}
+
+static Scene3ds sceneWithImages()
+{
+    Scene3ds scene = completeScene();
+    scene.materials[0].maps = {{.slot = MAP_3DS_TEXTURE1, .file = "WALL.JPG"},
+                               {.slot = MAP_3DS_OPACITY, .file = "HOLES.TGA"}};
+    scene.materials[1].maps = {{.slot = MAP_3DS_TEXTURE1, .file = "FIRE.IFL"},
+                               {.slot = MAP_3DS_REFLECTION, .file = "WALL.JPG"}};
+    return scene;
+}
+
+static Scene3ds plainScene()
+{
+    return {.meshes = {{.name = "M", .vertices = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}, .faces = {{0, 1, 2}}}},
+            .cameras = {{.name = "C", .target = {0, 1, 0}}}};
+}
+
+static void saveScenes()
+{
+    const Bytes complete = build3ds(completeScene()), images = build3ds(sceneWithImages()),
+                plain = build3ds(plainScene());
+    for (const uint32_t flags : {0x10FDu, 0x11FDu, 0x1FFFu, 0x11FFDu, 0x211FFDu, 0x20u})
+    {
+        const std::string suffix = "-" + std::to_string(flags);
+        save("scene", "complete" + suffix, withFlags(complete, flags));
+        save("scene", "images" + suffix, withFlags(images, flags));
+        save("scene", "plain" + suffix, withFlags(plain, flags));
+    }
+}
+
+static void savePacks()
+{
+    const std::string full = buildPack({{"SCENE.3DS", textOf(build3ds(sceneWithImages()))},
+                                        {"\\WALL.JPG", textOf(writeJpeg(Picture(8, 8)))},
+                                        {"\\HOLES.TGA", textOf(writeTga(Picture(8, 8, 0x40404040)))},
+                                        {"\\FIRE.IFL", "F1.TGA\nF2.TGA\n"},
+                                        {"\\F1.TGA", textOf(writeTga(Picture(4, 4)))},
+                                        {"FIRE.IFL", "F1.TGA\nF2.TGA\n"}});
+    for (const uint32_t flags : {0x90FDu, 0x199FDu, 0x9FFFu})
+        save("packedscene", "full-" + std::to_string(flags), withFlags(bytesOf(full), flags));
+    save("pack", "full", bytesOf(full));
+    save("pack", "small", bytesOf(buildPack({{"A.TXT", "one\ntwo\n"}, {"FIRE.IFL", "F1.TGA\nF2.TGA"}})));
+    save("pack", "empty", bytesOf(buildPack({})));
+}
+
+static Picture gradient(int width, int height)
+{
+    Picture picture(width, height);
+    for (size_t i = 0; i < picture.rgba.size(); ++i)
+        picture.rgba[i] = static_cast<uint8_t>(i * 7);
+    return picture;
+}
+
+static void saveImages()
+{
+    for (const auto& [width, height] : std::vector<std::pair<int, int>>{{1, 1}, {8, 8}, {16, 4}, {7, 5}})
+    {
+        const Picture picture = gradient(width, height);
+        const std::string size = std::to_string(width) + "x" + std::to_string(height);
+        for (const int bits : {24, 32})
+            for (const bool packed : {false, true})
+                save("tga", size + "-" + std::to_string(bits) + (packed ? "-packed" : ""),
+                     writeTga(picture, {.packed = packed, .bits = bits, .identification = "id"}));
+        save("jpeg", size, writeJpeg(picture));
+        save("jpeg", size + "-coarse", writeJpeg(picture, 10));
+    }
+    save("imagelist", "two", bytesOf("F1.TGA\r\nF2.TGA\r\n"));
+    save("imagelist", "mixed", bytesOf("WALL.JPG\nHOLES.TGA\nNONE.TGA\nx\nF1.TGA"));
+}
+
+// Targets whose input is a choice of calls and numbers: any bytes are a valid start.
+static void saveCalls()
+{
+    for (const char* target : {"chunks", "texture", "string", "keyframes", "octree"})
+        for (int seed = 0; seed < 8; ++seed)
+        {
+            Bytes bytes;
+            uint32_t state = static_cast<uint32_t>(seed) * 2654435761u + 1;
+            for (int i = 0; i < 64 << (seed % 4); ++i)
+            {
+                state = state * 1664525u + 1013904223u;
+                bytes.push_back(static_cast<uint8_t>(state >> 24));
+            }
+            save(target, "any-" + std::to_string(seed), bytes);
+        }
+    save("chunks", "scene", build3ds(completeScene()));
+    save("string", "number", bytesOf("  the value is -12.5 of 100"));
+    save("lights", "whole", Bytes(6 * 16, 0x3F));
+    save("lights", "short", Bytes(40, 0x3E));
+}
+
+int main(int argc, char** argv)
+{
+    if (argc != 2)
+    {
+        std::fputs("usage: make_corpora FOLDER\n", stderr);
+        return 2;
+    }
+    root = argv[1];
+    saveScenes();
+    savePacks();
+    saveImages();
+    saveCalls();
+    return 0;
+}

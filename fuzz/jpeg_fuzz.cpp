@@ -1,0 +1,17 @@
+// JPEG images, as colours and as opacity.
+
+#include <cstdlib>
+
+#include "fuzz/harness.h"
+#include "fuzz/imagefile.h"
+#include "vornik/assets/image.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    readImageFile("IMAGE.JPG", data, size);
+    auto* block = static_cast<uint8_t*>(std::malloc(VRK_IMAGE_BLOCK));
+    int width = 0, height = 0;
+    loadJPEG((inputFolder() + "IMAGE.JPG").c_str(), &block, &width, &height, true, nullptr);
+    std::free(block);
+    return 0;
+}

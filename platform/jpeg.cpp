@@ -82,28 +82,30 @@ bool jpegDecode(const uint8_t* data, size_t size, bool grey, JpegImage* image)
     return decoded;
 }
 
-static void encodeRows(jpeg_compress_struct* info, const uint8_t* rgb, int width, int height, int quality)
+static void encodeRows(jpeg_compress_struct* info, const uint8_t* pixels, int width, int height, int quality,
+                       int channels)
 {
     info->image_width = static_cast<JDIMENSION>(width);
     info->image_height = static_cast<JDIMENSION>(height);
-    info->input_components = 3;
-    info->in_color_space = JCS_RGB;
+    info->input_components = channels;
+    info->in_color_space = channels == 4 ? JCS_EXT_RGBX : JCS_RGB;
     jpeg_set_defaults(info);
     jpeg_set_quality(info, quality, TRUE);
     jpeg_start_compress(info, TRUE);
-    const size_t stride = static_cast<size_t>(width) * 3;
+    const size_t stride = static_cast<size_t>(width) * static_cast<size_t>(channels);
     while (info->next_scanline < info->image_height)
     {
-        JSAMPROW row = const_cast<JSAMPROW>(rgb + stride * info->next_scanline);
+        JSAMPROW row = const_cast<JSAMPROW>(pixels + stride * info->next_scanline);
         jpeg_write_scanlines(info, &row, 1);
     }
     jpeg_finish_compress(info);
 }
 
-std::vector<uint8_t> jpegEncode(const uint8_t* rgb, int width, int height, int quality)
+std::vector<uint8_t> jpegEncode(const uint8_t* pixels, int width, int height, int quality, int channels)
 {
     std::vector<uint8_t> stream;
-    if (!rgb || width < 1 || height < 1 || width > JPEG_MAX_DIMENSION || height > JPEG_MAX_DIMENSION)
+    if (!pixels || width < 1 || height < 1 || width > JPEG_MAX_DIMENSION || height > JPEG_MAX_DIMENSION ||
+        (channels != 3 && channels != 4))
         return stream;
 
     jpeg_compress_struct info;
@@ -119,7 +121,7 @@ std::vector<uint8_t> jpegEncode(const uint8_t* rgb, int width, int height, int q
     }
     jpeg_create_compress(&info);
     jpeg_mem_dest(&info, &block, &size);
-    encodeRows(&info, rgb, width, height, quality);
+    encodeRows(&info, pixels, width, height, quality, channels);
     jpeg_destroy_compress(&info);
     stream.assign(block, block + size);
     std::free(block);

@@ -21,6 +21,8 @@ struct JpegImage
 ///         A stream that is cut in its image data decodes, with the rest grey.
 bool jpegDecode(const uint8_t* data, size_t size, bool grey, JpegImage* image);
 
-/// Encodes packed RGB, rows from the top. @param quality  1 to 100
+/// Encodes packed pixels, rows from the top, with one colour value for each 2 by 2 of them.
+/// @param quality  1 to 100
+/// @param channels  bytes a pixel: 3 RGB; 4 RGBA, of which alpha is dropped
 /// @return the stream; empty on failure
-std::vector<uint8_t> jpegEncode(const uint8_t* rgb, int width, int height, int quality);
+std::vector<uint8_t> jpegEncode(const uint8_t* pixels, int width, int height, int quality, int channels = 3);

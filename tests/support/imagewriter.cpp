@@ -81,11 +81,7 @@ std::vector<uint8_t> writeTga(const Picture& picture, const TgaOptions& options)
 
 std::vector<uint8_t> writeJpeg(const Picture& picture, int quality)
 {
-    std::vector<uint8_t> rgb;
-    rgb.reserve(picture.rgba.size() / 4 * 3);
-    for (size_t i = 0; i < picture.rgba.size(); i += 4)
-        rgb.insert(rgb.end(), {picture.rgba[i], picture.rgba[i + 1], picture.rgba[i + 2]});
-    return jpegEncode(rgb.data(), picture.width, picture.height, quality);
+    return jpegEncode(picture.rgba.data(), picture.width, picture.height, quality, 4);
 }
 
 bool saveFile(const std::string& path, const std::vector<uint8_t>& bytes)

@@ -5,23 +5,12 @@
 #include <GL/gl.h>
 #include <GL/glu.h>
 
-#include <iterator>
-
 #include "platform/glcontext.h"
 #include "rasterizer/constants.h"
+#include "rasterizer/texturename.h"
 #include "vornik/assets/texture.h"
 #include "vornik/rasterizer/startup.h"
 #include "vornik/rasterizer/state.h"
-
-static bool hasFrame(const Texture* texture, int frame)
-{
-    return frame >= 0 && frame < static_cast<int>(std::size(texture->textureIDs));
-}
-
-static GLuint frameName(const Texture* texture, int frame)
-{
-    return hasFrame(texture, frame) ? static_cast<GLuint>(texture->textureIDs[frame]) : 0;
-}
 
 static bool hasImage(const Texture* texture)
 {

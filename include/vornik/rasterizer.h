@@ -5,7 +5,10 @@
 
 #include "vornik/rasterizer/faces.h"
 #include "vornik/rasterizer/fog.h"
+#include "vornik/rasterizer/font.h"
 #include "vornik/rasterizer/frustum.h"
+#include "vornik/rasterizer/overlay.h"
+#include "vornik/rasterizer/screenshot.h"
 #include "vornik/rasterizer/startup.h"
 #include "vornik/rasterizer/state.h"
 #include "vornik/rasterizer/texture.h"

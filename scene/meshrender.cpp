@@ -250,7 +250,14 @@ int Mesh::renderEffect(int flags, TList* list)
 
 int Mesh::render(int flags, TList* list)
 {
-    if (vrkGetRasterizer() != 0 || !visible)
+    if (vrkGetRasterizer() != 0)
+        return 0;
+    if (special && flags & VRK_RENDER_SPECIAL)
+    {
+        renderSpecial(flags, list); // instead of all other passes, and hidden as it is
+        return 0;
+    }
+    if (!visible)
         return 0;
     int result = 0;
     if (flags & VRK_RENDER_SOLID)

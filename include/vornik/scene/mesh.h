@@ -127,6 +127,13 @@ public:
     /// The opaque ranges once more on top of themselves, under the host's blend function.
     int renderEffect(int flags, TList* list);
 
+    /// The glow sprite of a mesh of setSpecial(1), of which the first vertex is the place and the first
+    /// face's material the image: 100 by 100 pixels, added to what is there. It comes up within a second and
+    /// goes within half a second of being hidden, by the frame rate of vrkSetFPS; off the window it is gone
+    /// at once. Overwrites calculatedVertices with window coordinates. Leaves the model-view matrix the
+    /// identity and the blend function VRK_SRC_ALPHA, VRK_ONE. Reads no flags.
+    int renderSpecial(int flags, TList* list);
+
     /// Takes two list names from OpenGL. @return 0 or 43, logged
     int createDisplayList();
     void destroyDisplayList();

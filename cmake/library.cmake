@@ -13,7 +13,7 @@ target_compile_definitions(vornik_objects PRIVATE VORNIK_BUILDING)
 target_link_libraries(vornik_objects PRIVATE vornik_options PUBLIC OpenGL::OpenGL OpenGL::GLX OpenGL::EGL GLU X11::X11
                                                                    vornik_jpeg)
 
-foreach(folder core platform rasterizer scene animation assets spatial lighting particles)
+foreach(folder core platform rasterizer scene animation assets spatial lighting particles console)
     add_subdirectory(${PROJECT_SOURCE_DIR}/${folder} ${PROJECT_BINARY_DIR}/${folder})
 endforeach()
 

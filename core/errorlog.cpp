@@ -5,6 +5,7 @@
 
 #include "platform/file.h"
 #include "platform/question.h"
+#include "vornik/console/console.h"
 
 VRKError vrkError;
 
@@ -65,6 +66,8 @@ int vrkPutToErrorLog(const char* message, int number)
         appendToFile(line);
     else if (vrkError.mode == logToQuestion)
         askToContinue(line);
+    else if (vrkError.mode == logToConsole && vrkError.console)
+        vrkError.console->addText(line);
     return number;
 }
 

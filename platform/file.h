@@ -9,7 +9,7 @@
 /// looked up without regard to case among the entries of its folder: an exact match wins, among several
 /// others the first in byte order. `.` and `..` work. A mode that creates finds the folders in the same way
 /// and keeps the file's own name unless a file of that name in other case exists.
-/// @return null on failure, and for a folder
+/// @return null on failure and for a folder; a mode that reads takes plain files only
 FILE* vrkOpenFile(const char* name, const char* mode);
 
 /// The name under which vrkOpenFile would open an existing file or folder; empty if there is none.

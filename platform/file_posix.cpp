@@ -18,6 +18,13 @@ static bool exists(const std::string& path)
     return stat(path.c_str(), &entry) == 0;
 }
 
+// Devices and pipes may block, or have no end.
+static bool isPlainFile(const std::string& path)
+{
+    struct stat entry;
+    return stat(path.c_str(), &entry) == 0 && S_ISREG(entry.st_mode);
+}
+
 static bool isFolder(const std::string& path)
 {
     struct stat entry;
@@ -109,7 +116,7 @@ FILE* vrkOpenFile(const char* name, const char* mode)
         return nullptr;
     const bool creates = std::strchr(mode, 'w') || std::strchr(mode, 'a');
     const std::string path = creates ? nameToCreate(name) : vrkResolveName(name);
-    if (path.empty() || isFolder(path))
+    if (path.empty() || (creates ? isFolder(path) : !isPlainFile(path)))
         return nullptr;
 
     // The text flag of other systems means nothing here.

@@ -5,6 +5,7 @@
 
 #include "vornik/animation.h"
 #include "vornik/assets.h"
+#include "vornik/console.h"
 #include "vornik/core.h"
 #include "vornik/lighting.h"
 #include "vornik/particles.h"

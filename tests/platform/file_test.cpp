@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <string>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
@@ -80,6 +81,18 @@ TEST_F(OpenFile, AFolderIsNeverAFile)
     EXPECT_EQ(vrkOpenFile(folder.path("folder\\").c_str(), "rb"), nullptr);
     EXPECT_EQ(vrkOpenFile(folder.path("Folder").c_str(), "wb"), nullptr);
     EXPECT_EQ(vrkOpenFile(folder.path("Folder/file/more").c_str(), "rb"), nullptr);
+}
+
+TEST_F(OpenFile, ReadingTakesPlainFilesOnly)
+{
+    const std::string pipe = folder.path("pipe");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_EQ(vrkOpenFile(pipe.c_str(), "rb"), nullptr);
+    EXPECT_EQ(vrkOpenFile("/dev/zero", "rb"), nullptr);
+    FILE* sink = vrkOpenFile("/dev/null", "at");
+    EXPECT_NE(sink, nullptr);
+    if (sink)
+        std::fclose(sink);
 }
 
 TEST_F(OpenFile, NoNameOpensNothing)

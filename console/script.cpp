@@ -1,0 +1,85 @@
+// Scripts: text files whose commands begin with a '#'. All other lines are comments, also one that reads
+// "<EOF>": a script runs to the end of its file.
+
+#include <cstdio>
+#include <string>
+
+#include "platform/file.h"
+#include "vornik/console/console.h"
+#include "vornik/core/errorlog.h"
+
+// Scripts that run now, one inside the other, and those that the outermost has started. A script that calls
+// itself ends by these.
+static int running = 0;
+static int started = 0;
+
+struct RunningScript
+{
+    RunningScript() { started = ++running == 1 ? 1 : started + 1; }
+    RunningScript(const RunningScript&) = delete;
+    RunningScript& operator=(const RunningScript&) = delete;
+    ~RunningScript() { --running; }
+
+    bool isTooMuch() const { return running > VRK_CONSOLE_SCRIPTS || started > VRK_CONSOLE_SCRIPT_RUNS; }
+};
+
+static bool isLineEnd(int c)
+{
+    const int escape = 27;
+    return c == '\r' || c == '\n' || c == escape;
+}
+
+String Console::readln(FILE* file)
+{
+    String line(VRK_CONSOLE_LINE);
+    int length = 0;
+    const auto add = [&](int c)
+    {
+        if (length < VRK_CONSOLE_LINE)
+            line.data[length++] = static_cast<char>(c);
+    };
+
+    int last = '\n';
+    for (int c = file ? std::fgetc(file) : EOF; !isLineEnd(c); c = std::fgetc(file))
+    {
+        if (c == EOF)
+        {
+            // The file doesn't end its last line: the character still in hand is taken once more.
+            if (!isLineEnd(last))
+                add(last);
+            break;
+        }
+        add(c);
+        last = c;
+    }
+    return line;
+}
+
+// The command of a script's line, without blanks around it.
+static std::string commandOf(const String& line)
+{
+    String command = line.subString(1, VRK_CONSOLE_LINE).trim();
+    const std::string text(command.toChar(), static_cast<size_t>(command.length()));
+    return text.substr(0, text.find_last_not_of(' ') + 1); // trim leaves those at the end
+}
+
+int Console::readScript(const char* fileName)
+{
+    const RunningScript script;
+    if (script.isTooMuch())
+    {
+        addText("Too many scripts!\n");
+        return vrkPutToErrorLog("VRK Console parser failed to parse commandline!", 18);
+    }
+    FILE* file = vrkOpenFile(fileName, "rb");
+    if (!file)
+        return vrkPutToErrorLog("Script file not found!", 31);
+    while (!std::feof(file) && !std::ferror(file))
+    {
+        const String line = readln(file);
+        if (line.charAt(0) == '#')
+            parse(commandOf(line).c_str());
+    }
+    std::fclose(file);
+    return 0;
+}

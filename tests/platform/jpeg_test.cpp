@@ -1,5 +1,6 @@
 #include "platform/jpeg.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <random>
 
@@ -73,6 +74,34 @@ TEST(Jpeg, EncodedPicturesDecodeToThemselves)
     ASSERT_EQ(image.pixels.size(), rgb.size());
     for (size_t i = 0; i < rgb.size(); ++i)
         EXPECT_NEAR(image.pixels[i], rgb[i], 12) << i;
+}
+
+TEST(Jpeg, AlphaIsDropped)
+{
+    const int width = 19, height = 11;
+    const std::vector<uint8_t> rgb = gradient(width, height);
+    std::vector<uint8_t> rgba;
+    for (size_t i = 0; i < rgb.size(); i += 3)
+        rgba.insert(rgba.end(), {rgb[i], rgb[i + 1], rgb[i + 2], static_cast<uint8_t>(i * 7)});
+    const std::vector<uint8_t> bytes = jpegEncode(rgba.data(), width, height, 90, 4);
+    EXPECT_FALSE(bytes.empty());
+    EXPECT_EQ(bytes, jpegEncode(rgb.data(), width, height, 90));
+    EXPECT_TRUE(jpegEncode(rgba.data(), width, height, 90, 2).empty());
+    EXPECT_TRUE(jpegEncode(rgba.data(), width, height, 90, 5).empty());
+}
+
+// The frame header tells how finely each channel is kept.
+TEST(Jpeg, ColourIsKeptForEachTwoByTwoPixels)
+{
+    const std::vector<uint8_t> bytes = jpegEncode(gradient(32, 16).data(), 32, 16, 90);
+    const uint8_t frameMarker[] = {0xFF, 0xC0};
+    const auto frame =
+        std::search(bytes.begin(), bytes.end(), std::begin(frameMarker), std::end(frameMarker));
+    ASSERT_GT(bytes.end() - frame, 19);
+    EXPECT_EQ(frame[9], 3);     // channels
+    EXPECT_EQ(frame[11], 0x22); // brightness
+    EXPECT_EQ(frame[14], 0x11);
+    EXPECT_EQ(frame[17], 0x11);
 }
 
 TEST(Jpeg, LowerQualityMakesASmallerStream)

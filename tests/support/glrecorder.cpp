@@ -219,6 +219,8 @@ static Argument constant(GLenum value)
                                 NAMED(GL_MATRIX_MODE),
                                 NAMED(GL_CURRENT_COLOR),
                                 NAMED(GL_CURRENT_RASTER_POSITION),
+                                NAMED(GL_CURRENT_RASTER_POSITION_VALID),
+                                NAMED(GL_CURRENT_RASTER_COLOR),
                                 NAMED(GL_COLOR_CLEAR_VALUE),
                                 NAMED(GL_DEPTH_FUNC),
                                 NAMED(GL_DEPTH_WRITEMASK),
@@ -453,6 +455,18 @@ extern "C" void glGenTextures(GLsizei n, GLuint* names)
             std::fill_n(names, n, recorder->textureName);
 }
 
+extern "C" GLboolean glIsList(GLuint list)
+{
+    static const auto real = reinterpret_cast<decltype(&glIsList)>(library("glIsList"));
+    if (!listening())
+        return real(list);
+    const bool pass = note("glIsList", {number(list)});
+    for (const GLRecorder* recorder : recorders)
+        if (list < recorder->takenLists)
+            return GL_TRUE;
+    return pass ? real(list) : static_cast<GLboolean>(GL_FALSE);
+}
+
 // clang-format off
 
 // Frame, state, queries
@@ -580,7 +594,6 @@ STAND_IN(void, glRectf, (GLfloat x, GLfloat y, GLfloat z, GLfloat w), (x, y, z, 
 // Display lists
 STAND_IN(GLuint, glGenLists, (GLsizei n), (n), number(n))
 STAND_IN(void, glDeleteLists, (GLuint list, GLsizei n), (list, n), number(list), number(n))
-STAND_IN(GLboolean, glIsList, (GLuint list), (list), number(list))
 STAND_IN(void, glNewList, (GLuint list, GLenum mode), (list, mode), number(list), constant(mode))
 STAND_IN(void, glEndList, (), ())
 STAND_IN(void, glCallList, (GLuint list), (list), number(list))

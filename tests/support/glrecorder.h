@@ -29,6 +29,8 @@ public:
 
     /// What glGenTextures gives out while calls are swallowed. Nothing is written as long as it is 0.
     unsigned int textureName = 0;
+    /// glIsList is true of all names below this, whatever OpenGL says.
+    unsigned int takenLists = 0;
 
     const std::vector<std::string>& calls() const { return list; }
     /// How many calls of a function there were.

@@ -25,6 +25,9 @@ public:
         return true;
     }
 
+    /// The matrix of a mesh, as it is now.
+    static const double* matrixOf(Mesh* of) { return of->currentWorldMatrix(); }
+
 private:
     Vertex3D vertex(int i) const
     {

@@ -11,6 +11,7 @@
 #include "core/facecorners.h"
 #include "platform/file.h"
 #include "spatial/octreegeometry.h"
+#include "spatial/packedtree.h"
 #include "vornik/core/memory.h"
 #include "vornik/scene/mesh.h"
 
@@ -24,7 +25,7 @@ static bool isNull(const octreeNode* node)
 octreeNode::octreeNode()
     : polys{nullptr, 0, 0}, radius(0.0f), hasChildren(false),
       depth(0), min{FLT_MAX, FLT_MAX, FLT_MAX}, max{FLT_MIN, FLT_MIN, FLT_MIN}, child{}, planes(nullptr),
-      maxDepth(0)
+      maxDepth(0), packed(nullptr), packedLeaf(-1)
 {
 }
 
@@ -34,6 +35,7 @@ octreeNode::~octreeNode()
     hasChildren = false;
     depth = 0;
     destroyPlanes();
+    PackedTree::leave(this);
     for (octreeNode*& node : child)
     {
         delete node;
@@ -90,6 +92,7 @@ int octreeNode::insert(OTPolyData* poly, bool grow)
     Vertex3D corners[3];
     if (!cornersOf(*poly, corners) || !reserveOne(&polys))
         return 0;
+    PackedTree::markStale(this);
     polys.items[polys.size++] = *poly;
     for (int i = 0; grow && i < 3; ++i)
         checkBounds(&corners[i]);
@@ -127,6 +130,7 @@ int octreeNode::checkBounds(Vertex3D* v)
 
 void octreeNode::adjustSize()
 {
+    PackedTree::markStale(this);
     const Vertex3D middle = {(min.x + max.x) * 0.5f, (min.y + max.y) * 0.5f, (min.z + max.z) * 0.5f};
     const float x = max.x - min.x, y = max.y - min.y, z = max.z - min.z;
     const float xy = y > x ? y : x;
@@ -156,6 +160,7 @@ int octreeNode::split(int maxFaces, int depthLimit, void (*progress)(int))
     if (polys.size <= maxFaces || depth > depthLimit)
         return 0;
 
+    PackedTree::markStale(this);
     const Vertex3D middle = {(min.x + max.x) * 0.5f, (min.y + max.y) * 0.5f, (min.z + max.z) * 0.5f};
     for (int i = 0; i < 8; ++i)
     {

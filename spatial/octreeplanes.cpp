@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "scene/worldcorners.h"
+#include "spatial/packedtree.h"
 #include "vornik/scene/mesh.h"
 #include "vornik/spatial/octree.h"
 
@@ -104,6 +105,7 @@ void octreeNode::makePlanes(float tolerance)
     planeCounter = 0;
     constructPlanes(tolerance);
     unifyPlanes();
+    PackedTree::make(this);
 }
 
 int octreeNode::destroyPlanes()

@@ -8,6 +8,7 @@
 
 #include "core/facecorners.h"
 #include "scene/worldcorners.h"
+#include "spatial/packedtree.h"
 #include "vornik/assets/tlist.h"
 #include "vornik/scene/material.h"
 #include "vornik/scene/mesh.h"
@@ -17,7 +18,7 @@
 enum
 {
     rayLeafCapacity = 32768,
-    stackLeafCapacity = 1024
+    fewLeafCapacity = 1024
 };
 
 float intersect2(const Vertex3D* start, const Vertex3D* end, const Vertex3D* a, const Vertex3D* b,
@@ -68,21 +69,62 @@ static bool hitFace(const Vertex3D& start, const Vertex3D& end, WorldCorners* wo
     return true;
 }
 
-// Calls use(point, poly) for every hit in some leaves until it returns true. @return did it?
+// Calls use(point, poly) for every hit in a leaf until it returns true. @return did it?
 template <class Use>
-static bool forEachHit(const Vertex3D& start, const Vertex3D& end, octreeNode* const* leaves, int count,
-                       Use use)
+static bool forEachHit(const Vertex3D& start, const Vertex3D& end, WorldCorners* world,
+                       const octreeNode& leaf, Use use)
+{
+    for (int i = 0; i < leaf.polys.size; ++i)
+    {
+        const OTPolyData& poly = leaf.polys.items[i];
+        Vertex3D point;
+        if (hitFace(start, end, world, poly.mesh, poly.face, &point) && use(point, poly))
+            return true;
+    }
+    return false;
+}
+
+// The same for a tree that is laid out.
+template <class Use>
+static void forEachHit(const Vertex3D& start, const Vertex3D& end, PackedTree* tree, int mostLeaves, Use use)
 {
     WorldCorners world;
-    for (int leaf = 0; leaf < count; ++leaf)
-        for (int i = 0; i < leaves[leaf]->polys.size; ++i)
-        {
-            const OTPolyData& poly = leaves[leaf]->polys.items[i];
-            Vertex3D point;
-            if (hitFace(start, end, &world, poly.mesh, poly.face, &point) && use(point, poly))
-                return true;
-        }
-    return false;
+    const packed::Ray ray = packedRay(start, end);
+    packed::Leaf* leaf = nullptr;
+    tree->begin(ray, mostLeaves);
+    bool done = false;
+    for (packed::Found found; !done && (found = tree->next(ray, &leaf)) != packed::Found::nothingMore;)
+        if (found == packed::Found::changed)
+            done = forEachHit(start, end, &world, *leaf->node, use);
+        else
+            done = tree->eachHit(
+                *leaf,
+                [&](int place)
+                {
+                    const OTPolyData& poly = leaf->items[place];
+                    Vertex3D corners[3];
+                    world.get(poly.mesh, poly.face, corners);
+                    return use(findIntersectionPoint(&start, &end, &corners[0], &corners[1], &corners[2]),
+                               poly);
+                });
+}
+
+// Calls use(point, poly) for every hit in the first leaves along a ray until it returns true.
+template <class Use>
+static void forEachHit(Vertex3D* start, Vertex3D* end, OGroup* group, int mostLeaves, Use use)
+{
+    static octreeNode* leaves[rayLeafCapacity];
+    octreeNode* root = group->octree;
+    if (PackedTree* tree = PackedTree::of(root))
+    {
+        forEachHit(*start, *end, tree, mostLeaves, use);
+        return;
+    }
+    const int count = root->traverseRay(start, end, leaves, mostLeaves);
+    WorldCorners world;
+    for (int i = 0; i < count; ++i)
+        if (forEachHit(*start, *end, &world, *leaves[i], use))
+            return;
 }
 
 static bool canAsk(const Vertex3D* start, const Vertex3D* end, const OGroup* group)
@@ -102,12 +144,10 @@ static bool stopsRay(const OGroup& group, const OTPolyData& poly)
 
 float vrkRaySceneDistance(Vertex3D* start, Vertex3D* end, OGroup* group)
 {
-    static octreeNode* leaves[rayLeafCapacity];
     float best = FLT_MAX;
     if (!canAsk(start, end, group))
         return best;
-    const int count = group->octree->traverseRay(start, end, leaves, rayLeafCapacity);
-    forEachHit(*start, *end, leaves, count,
+    forEachHit(start, end, group, rayLeafCapacity,
                [&](const Vertex3D& point, const OTPolyData& poly)
                {
                    const float distance = vrkDistance(start, &point);
@@ -120,13 +160,13 @@ float vrkRaySceneDistance(Vertex3D* start, Vertex3D* end, OGroup* group)
 
 bool vrkRayScene(Vertex3D* start, Vertex3D* end, float maxDistance, OGroup* group)
 {
-    octreeNode* leaves[stackLeafCapacity];
+    bool blocked = false;
     if (!canAsk(start, end, group))
         return false;
-    const int count = group->octree->traverseRay(start, end, leaves, stackLeafCapacity);
-    return forEachHit(*start, *end, leaves, count,
-                      [&](const Vertex3D& point, const OTPolyData&)
-                      { return vrkDistance(start, &point) < maxDistance; });
+    forEachHit(start, end, group, fewLeafCapacity,
+               [&](const Vertex3D& point, const OTPolyData&)
+               { return blocked = vrkDistance(start, &point) < maxDistance; });
+    return blocked;
 }
 
 bool vrkRayBox(Vertex3D* start, Vertex3D* end, Mesh* mesh, Vertex3D* point)
@@ -154,11 +194,9 @@ template <class IsBetter>
 static Vertex3D extremeHit(Vertex3D* start, Vertex3D* end, OGroup* group, Vertex3D result, float toBeat,
                            IsBetter isBetter)
 {
-    octreeNode* leaves[stackLeafCapacity];
     if (!canAsk(start, end, group))
         return result;
-    const int count = group->octree->traverseRay(start, end, leaves, stackLeafCapacity);
-    forEachHit(*start, *end, leaves, count,
+    forEachHit(start, end, group, fewLeafCapacity,
                [&](const Vertex3D& point, const OTPolyData&)
                {
                    if (isBetter(point.z, toBeat))

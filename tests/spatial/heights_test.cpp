@@ -61,51 +61,125 @@ class Rays : public EngineTest
 {
 };
 
+// What the rays of a test have met.
+struct Met
+{
+    int found = 0, lower = 0;
+};
+
+// Asks one ray in every way, and demands the bits of the plain loops.
+static void expectPlainAnswers(Vertex3D start, Vertex3D end, OGroup* group, unsigned seed, Met* met)
+{
+    const std::vector<PlainHit> near = plainHits(start, end, group, 1024);
+    Vertex3D high = {0, 0, -999999}, low = {0, 0, 999999};
+    float toBeat = -100000000, toUnder = 100000000, closest = FLT_MAX, distance = FLT_MAX;
+    std::srand(seed);
+    for (const PlainHit& hit : near)
+    {
+        const float d = vrkDistance(&start, &hit.point);
+        closest = std::fmin(closest, d);
+        if (d < distance && (!hit.material || !hit.material->opacityTexture || std::rand() % 1000 < 500))
+            distance = d;
+        if (hit.point.z > toBeat)
+            high = hit.point, toBeat = hit.point.z;
+        if (hit.point.z < toUnder)
+            low = hit.point, toUnder = hit.point.z;
+    }
+    const int drawn = std::rand();
+    std::srand(seed);
+    const float answer = vrkRaySceneDistance(&start, &end, group);
+    EXPECT_EQ(std::rand(), drawn); // as many draws, and the same
+    EXPECT_TRUE(sameBits(&answer, &distance, sizeof answer));
+    const Vertex3D highest = vrkCheckHeight(&start, &end, group);
+    const Vertex3D depth = vrkCheckNegativeHeight(&start, &end, group);
+    EXPECT_TRUE(sameBits(&highest, &high, sizeof high));
+    EXPECT_TRUE(sameBits(&depth, &low, sizeof low));
+    for (const float limit : {0.5f, 3.0f, 20.0f, closest, std::nextafter(closest, FLT_MAX)})
+        EXPECT_EQ(vrkRayScene(&start, &end, limit, group), closest < limit);
+    met->found += distance < FLT_MAX;
+    met->lower += near.size() > 1 && low.z < high.z;
+}
+
+static void expectPlainAnswersToAny(std::mt19937& random, int rays, OGroup* group, Met* met)
+{
+    for (int i = 0; i < rays; ++i)
+    {
+        Vertex3D start = anyPoint(random, 8), end = anyPoint(random, 12);
+        if (i % 3 == 0)
+            end = {start.x, start.y, -14};
+        expectPlainAnswers(start, end, group, static_cast<unsigned>(i), met);
+    }
+}
+
 TEST_F(Rays, RandomScenesAnswerAsThePlainLoops)
 {
     std::mt19937 random(31);
-    int found = 0, lower = 0;
+    Met met;
     for (int round = 0; round < 12; ++round)
     {
         const std::unique_ptr<OGroup> group = makeRandomGroup(random, 4, 50);
-        for (int i = 0; i < 120; ++i)
-        {
-            Vertex3D start = anyPoint(random, 8), end = anyPoint(random, 12);
-            if (i % 3 == 0)
-                end = {start.x, start.y, -14};
-            const std::vector<PlainHit> near = plainHits(start, end, group.get(), 1024);
+        expectPlainAnswersToAny(random, 120, group.get(), &met);
+    }
+    EXPECT_GT(met.found, 100);
+    EXPECT_GT(met.lower, 20);
+}
 
-            Vertex3D high = {0, 0, -999999}, low = {0, 0, 999999};
-            float toBeat = -100000000, toUnder = 100000000, closest = FLT_MAX;
-            std::srand(static_cast<unsigned>(i));
-            float distance = FLT_MAX;
-            for (const PlainHit& hit : near)
-            {
-                const float d = vrkDistance(&start, &hit.point);
-                closest = std::fmin(closest, d);
-                if (d < distance &&
-                    (!hit.material || !hit.material->opacityTexture || std::rand() % 1000 < 500))
-                    distance = d;
-                if (hit.point.z > toBeat)
-                    high = hit.point, toBeat = hit.point.z;
-                if (hit.point.z < toUnder)
-                    low = hit.point, toUnder = hit.point.z;
-            }
-            std::srand(static_cast<unsigned>(i));
-            const float answer = vrkRaySceneDistance(&start, &end, group.get());
-            EXPECT_TRUE(sameBits(&answer, &distance, sizeof answer));
-            const Vertex3D highest = vrkCheckHeight(&start, &end, group.get());
-            const Vertex3D depth = vrkCheckNegativeHeight(&start, &end, group.get());
-            EXPECT_TRUE(sameBits(&highest, &high, sizeof high));
-            EXPECT_TRUE(sameBits(&depth, &low, sizeof low));
-            for (const float limit : {0.5f, 3.0f, 20.0f, closest, std::nextafter(closest, FLT_MAX)})
-                EXPECT_EQ(vrkRayScene(&start, &end, limit, group.get()), closest < limit);
-            found += distance < FLT_MAX;
-            lower += near.size() > 1 && low.z < high.z;
+// One of the things that hosts do to a mesh.
+static void changeAnything(std::mt19937& random, Mesh* mesh)
+{
+    Vertex3D& vertex = mesh->calculatedVertices[random() % static_cast<unsigned>(mesh->vertexCount)];
+    Facelist& face = mesh->faces[random() % static_cast<unsigned>(mesh->faceCount)];
+    switch (random() % 9)
+    {
+    case 0:
+        mesh->position = mesh->position + anyPoint(random, 1);
+        break;
+    case 1:
+        mesh->pivot = anyPoint(random, 2);
+        break;
+    case 2:
+        mesh->rotation.z += anyNumber(random, 20);
+        break;
+    case 3:
+        vertex = vertex + anyPoint(random, 2);
+        break;
+    case 4:
+        vertex.x = -vertex.x;
+        break;
+    case 5:
+        std::swap(face.b, face.c);
+        break;
+    case 6:
+        face.a = static_cast<uint16_t>(random() % static_cast<unsigned>(mesh->vertexCount));
+        break;
+    case 7: // another block of the same vertices
+    {
+        const size_t bytes = sizeof(Vertex3D) * static_cast<size_t>(mesh->vertexCount);
+        void* copy = std::malloc(bytes);
+        std::memcpy(copy, mesh->calculatedVertices, bytes);
+        std::free(mesh->calculatedVertices);
+        mesh->calculatedVertices = static_cast<Vertex3D*>(copy);
+        break;
+    }
+    default:
+        mesh->faceMaterials[0].materialIndex = static_cast<int>(random() % 4);
+    }
+}
+
+TEST_F(Rays, ChangesBetweenQueriesAreSeenAsByThePlainLoops)
+{
+    std::mt19937 random(32);
+    Met met;
+    for (int round = 0; round < 12; ++round)
+    {
+        const std::unique_ptr<OGroup> group = makeRandomGroup(random, 3, 60);
+        for (int change = 0; change < 30; ++change)
+        {
+            changeAnything(random, group->meshes[random() % 3]);
+            expectPlainAnswersToAny(random, 8, group.get(), &met);
         }
     }
-    EXPECT_GT(found, 100);
-    EXPECT_GT(lower, 20);
+    EXPECT_GT(met.found, 200);
 }
 
 TEST_F(Rays, ChangedMeshesAreSeenByTheNextQuery)

@@ -10,6 +10,7 @@
 #include "vornik/export.h"
 
 class Mesh;
+class PackedTree;
 
 /// A face of a mesh.
 struct OTPolyData
@@ -96,6 +97,11 @@ private:
     void combinePlanes(octreeNode* root, float tolerance);
     void subCombinePlanes(octreeNode* other, float tolerance);
 
+    PackedTree* packed; // the tree laid out for queries, shared by its nodes; null until makePlanes()
+    int32_t packedLeaf; // number of this leaf in it, -1 for none
+
+    friend class PackedTree;
+    friend class TreePacker;
     friend struct OctreeProbe; // looks inside for tests
 };
 

@@ -1,0 +1,119 @@
+// Rays through a packed tree, many children, boxes and faces at once.
+//
+// A face is passed over only where intersect2 must reject it, rounding included. With s = start - a,
+// e1 = b - a, e2 = c - a and the ray's d, intersect2 computes
+//     det = (d x e2) . e1,  U = s . (d x e2),  V = (s x e1) . d,  T = (s x e1) . e2
+// each with an error below 9 eps times the product of the three lengths (eps 2^-24). Exactly,
+//     det s + T d - U e1 - V e2 = 0,
+// so for the computed values the ray at T / det misses the point (U, V) / det of the face by at most
+// 36 eps |s||d||e1||e2| / det. A leaf's boxes have grown by a margin. For a face whose det / (|e1||e2|) is
+// above 72 eps |s||d| / margin the miss is less than half of it; what is left of it takes the rounding of s,
+// of the box and of the box test, as long as 16 eps |s| is less than the margin. So a hit on such a face
+// shows in the box test. Where det is below nought by more than its error, the face shows its back and is
+// never hit. All others are tested.
+//
+// The margin must stay above what underflow can do, and coordinates far from the ends of float: leaves with
+// others have no margin, and all of their faces are tested.
+
+#include <cmath>
+
+#include "spatial/packedtree.h"
+#include "vornik/scene/mesh.h"
+
+static const float eps = 1.0f / (1 << 24);
+
+enum
+{
+    deepestTree = 64,
+    emptyLeaf = INT32_MIN
+};
+
+#if defined(__x86_64__) || defined(__i386__)
+#include <immintrin.h>
+#endif
+
+namespace narrow
+{
+#define LANES 4
+#define LANES_TARGET
+#if defined(__SSE2__)
+#define LANES_BITS(v) static_cast<uint32_t>(_mm_movemask_ps((__m128)(v)))
+#else
+#define LANES_BITS(v) bitsOf((Ints)(v))
+typedef int32_t FourInts __attribute__((vector_size(16)));
+static uint32_t bitsOf(const FourInts& v)
+{
+    return (v[0] < 0 ? 1u : 0u) | (v[1] < 0 ? 2u : 0u) | (v[2] < 0 ? 4u : 0u) | (v[3] < 0 ? 8u : 0u);
+}
+#endif
+#include "spatial/packedlanes.inc"
+} // namespace narrow
+
+// Compilers for Windows don't keep the stack aligned as wide registers need it.
+#if defined(__x86_64__) && defined(__ELF__)
+#define HAS_WIDE_LANES
+namespace wide
+{
+#define LANES 8
+#define LANES_TARGET __attribute__((target("avx2")))
+#define LANES_BITS(v) static_cast<uint32_t>(_mm256_movemask_ps((__m256)(v)))
+#include "spatial/packedlanes.inc"
+} // namespace wide
+static const bool isWide = __builtin_cpu_supports("avx2");
+#endif
+
+static bool isBounded(const Vertex3D& v)
+{
+    return std::fabs(v.x) <= 1e10f && std::fabs(v.y) <= 1e10f && std::fabs(v.z) <= 1e10f;
+}
+
+packed::Ray packedRay(const Vertex3D& start, const Vertex3D& end)
+{
+    packed::Ray ray = {start, end, end - start, {}, 0.0f, false};
+    const float d[3] = {ray.direction.x, ray.direction.y, ray.direction.z};
+    float largest = 0.0f, smallest = 1.0f;
+    for (int i = 0; i < 3; ++i)
+    {
+        const float size = std::fabs(d[i]);
+        // Too large for any distance to reach; not for a product with nought.
+        ray.inverse[i] = size == 0.0f ? 1e37f : 1.0f / d[i];
+        largest = size > largest ? size : largest;
+        smallest = size != 0.0f && size < smallest ? size : smallest;
+    }
+    ray.length = std::sqrt(ray.direction * ray.direction) * 1.001f;
+    ray.isBounded = isBounded(start) && isBounded(ray.direction) && largest >= 1e-10f && smallest >= 1e-30f;
+    return ray;
+}
+
+int PackedTree::begin(const packed::Ray& ray, int most)
+{
+    ++query;
+    at = passedCount = 0;
+    Vertex3D start = ray.start;
+    if (!root->pointInside(&start) || !segmentIntersectsBox(&ray.start, &ray.end, &root->min, &root->max))
+        return 0;
+    if (nodes.empty())
+    {
+        passedCount = static_cast<int>(leaves.size());
+        for (size_t i = 0; i < leaves.size(); ++i)
+            passed[i] = leaves[i];
+    }
+    else
+    {
+#ifdef HAS_WIDE_LANES
+        passedCount = isWide ? wide::passedLeaves(*this, ray, most) : narrow::passedLeaves(*this, ray, most);
+#else
+        passedCount = narrow::passedLeaves(*this, ray, most);
+#endif
+    }
+    return passedCount;
+}
+
+packed::Found PackedTree::next(const packed::Ray& ray, packed::Leaf** leaf)
+{
+#ifdef HAS_WIDE_LANES
+    if (isWide)
+        return wide::nextLeaf(*this, ray, leaf);
+#endif
+    return narrow::nextLeaf(*this, ray, leaf);
+}

@@ -60,32 +60,42 @@ bool hasVisibleFaces(OGroup* group)
     return any;
 }
 
-// Centre of the box around all visible faces.
-static Vertex3D middleOf(OGroup* group)
+Vertex3D Bounds::middle() const
 {
-    Vertex3D low = {FLT_MAX, FLT_MAX, FLT_MAX}, high = {-FLT_MAX, -FLT_MAX, -FLT_MAX};
-    forEachCorner(group,
-                  [&](const Vertex3D& p)
-                  {
-                      low = {std::min(low.x, p.x), std::min(low.y, p.y), std::min(low.z, p.z)};
-                      high = {std::max(high.x, p.x), std::max(high.y, p.y), std::max(high.z, p.z)};
-                  });
     return scaled(low, 0.5f) + scaled(high, 0.5f);
 }
 
-// The direction of sight of a framed view.
-static Vertex3D framingDirection(const Framing& framing, const Vertex3D& up)
+void Bounds::add(const Bounds& other)
 {
-    // Right-handed axes of the model: to the right and away from the viewer.
-    Vertex3D right = {1, 0, 0}, away = {0, 1, 0};
-    if (framing.upAxis == 'y')
-        away = {0, 0, -1};
-    else if (framing.upAxis == 'x')
-        right = {0, 1, 0}, away = {0, 0, 1};
+    low = {std::min(low.x, other.low.x), std::min(low.y, other.low.y), std::min(low.z, other.low.z)};
+    high = {std::max(high.x, other.high.x), std::max(high.y, other.high.y), std::max(high.z, other.high.z)};
+}
 
-    const float heading = 30.0f + framing.turn;
-    const Vertex3D level = scaled(right, vrkDSin(heading)) + scaled(away, vrkDCos(heading));
-    return scaled(level, vrkDCos(framing.tilt)) - scaled(up, vrkDSin(framing.tilt));
+Bounds emptyBounds()
+{
+    return {{FLT_MAX, FLT_MAX, FLT_MAX}, {-FLT_MAX, -FLT_MAX, -FLT_MAX}};
+}
+
+Bounds boundsOf(OGroup* group)
+{
+    Bounds bounds = emptyBounds();
+    forEachCorner(group, [&bounds](const Vertex3D& p) { bounds.add({p, p}); });
+    return bounds;
+}
+
+Axes axesOf(char upAxis)
+{
+    if (upAxis == 'y')
+        return {{1, 0, 0}, {0, 0, -1}, {0, 1, 0}};
+    if (upAxis == 'x')
+        return {{0, 1, 0}, {0, 0, 1}, {1, 0, 0}};
+    return {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
+}
+
+Vertex3D directionAt(const Axes& axes, float heading, float pitch)
+{
+    const Vertex3D level = scaled(axes.right, vrkDSin(heading)) + scaled(axes.away, vrkDCos(heading));
+    return scaled(level, vrkDCos(pitch)) + scaled(axes.up, vrkDSin(pitch));
 }
 
 /// A point as seen along the direction of sight.
@@ -134,14 +144,14 @@ static float balance(const std::vector<Sighting>& points, float Sighting::*acros
 
 View framedView(OGroup* group, float aspect, const Framing& framing)
 {
-    const Vertex3D up = {framing.upAxis == 'x' ? 1.0f : 0.0f, framing.upAxis == 'y' ? 1.0f : 0.0f,
-                         framing.upAxis == 'z' ? 1.0f : 0.0f};
-    const Vertex3D forward = framingDirection(framing, up);
+    const Axes axes = axesOf(framing.upAxis);
+    const Vertex3D& up = axes.up;
+    const Vertex3D forward = directionAt(axes, 30.0f + framing.turn, -framing.tilt);
     Vertex3D side = forward ^ up;
     side.normalize();
     const Vertex3D above = side ^ forward;
 
-    const Vertex3D middle = middleOf(group);
+    const Vertex3D middle = boundsOf(group).middle();
     std::vector<Sighting> points;
     forEachCorner(group,
                   [&](const Vertex3D& corner)
@@ -150,9 +160,8 @@ View framedView(OGroup* group, float aspect, const Framing& framing)
                       points.push_back({p * side, p * above, p * forward});
                   });
 
-    const float fov = 35.0f;
     const float margin = 0.92f;
-    const float tangent = std::tan(vrkRad(fov) / 2.0f) * margin;
+    const float tangent = std::tan(vrkRad(framing.fov) / 2.0f) * margin;
     const float distance = std::max({leastDistance(points, &Sighting::right, tangent * aspect),
                                      leastDistance(points, &Sighting::above, tangent), FLT_MIN});
     float deepest = 0.0f;
@@ -161,7 +170,7 @@ View framedView(OGroup* group, float aspect, const Framing& framing)
 
     View view;
     view.up = up;
-    view.camera.fov = fov;
+    view.camera.fov = framing.fov;
     view.camera.eye = middle + scaled(side, balance(points, &Sighting::right, distance)) +
                       scaled(above, balance(points, &Sighting::above, distance)) - scaled(forward, distance);
     view.camera.target = view.camera.eye + scaled(forward, distance + deepest);

@@ -21,7 +21,37 @@ struct Framing
     char upAxis = 'z';  ///< of the model: 'x', 'y' or 'z'
     float turn = 0.0f;  ///< degrees around the up axis from the usual side, left of the front
     float tilt = 28.0f; ///< degrees above level, -85 to 85
+    float fov = 35.0f;  ///< of the picture's height, degrees
 };
+
+/// Right-handed axes of a model: to the right of and away from a viewer who looks at its front, and up.
+struct Axes
+{
+    Vertex3D right, away, up;
+};
+
+/// @param upAxis  'x', 'y' or 'z'
+Axes axesOf(char upAxis);
+
+/// The direction that turns by heading around the up axis from "away" and rises by pitch; degrees.
+Vertex3D directionAt(const Axes& axes, float heading, float pitch);
+
+/// A box along the axes.
+struct Bounds
+{
+    Vertex3D low, high;
+
+    Vertex3D middle() const;
+    float diagonal() const { return isEmpty() ? 0.0f : float(high - low); }
+    bool isEmpty() const { return low.x > high.x; }
+    void add(const Bounds& other);
+};
+
+/// Around nothing.
+Bounds emptyBounds();
+
+/// Around all visible faces, as the group stands at its current frame.
+Bounds boundsOf(OGroup* group);
 
 /// Is there anything to draw?
 bool hasVisibleFaces(OGroup* group);

@@ -11,6 +11,9 @@
 #include "apps/vornik/info.h"
 #include "apps/vornik/packcommand.h"
 #include "apps/vornik/render.h"
+#ifdef VORNIK_VIEWER
+#include "apps/vornik/view/view.h"
+#endif
 
 enum ExitStatus
 {
@@ -21,6 +24,9 @@ enum ExitStatus
 // The options live as long as the program: the command line's callbacks fill them.
 static RenderOptions renderOptions;
 static BakeOptions bakeOptions;
+#ifdef VORNIK_VIEWER
+static ViewOptions viewOptions;
+#endif
 static InfoOptions infoOptions;
 
 static void addLoadOptions(CLI::App* command, LoadOptions* load)
@@ -41,22 +47,21 @@ static CLI::Validator parsedBy(Parse parse, const std::string& expected)
                           "");
 }
 
-static void addPictureOptions(CLI::App* command, PictureOptions* picture)
+static void addSizeOption(CLI::App* command, int* width, int* height)
 {
-    static std::string size = "1280x720", background = "30333c";
+    static std::string size = "1280x720";
     command->add_option("--size", size, "Width and height in pixels")
-        ->check(parsedBy([picture](const std::string& text)
-                         { return parseSize(text, &picture->width, &picture->height); },
+        ->check(parsedBy([width, height](const std::string& text) { return parseSize(text, width, height); },
                          "WIDTHxHEIGHT, each from 1 to 16384"))
         ->type_name("WxH")
         ->capture_default_str();
-    command->add_option("--samples", picture->samples, "Samples along each side of a pixel")
-        ->check(CLI::Range(1, 8))
-        ->type_name("N")
-        ->capture_default_str();
-    command->add_option("--background", background, "RRGGBB or black, white, grey, red, green, blue, sky")
-        ->check(parsedBy([picture](const std::string& text)
-                         { return parseColor(text, &picture->background); },
+}
+
+static void addStyleOptions(CLI::App* command, Color* background, int* flags)
+{
+    static std::string color = "30333c";
+    command->add_option("--background", color, "RRGGBB or black, white, grey, red, green, blue, sky")
+        ->check(parsedBy([background](const std::string& text) { return parseColor(text, background); },
                          "RRGGBB or one of black, white, grey, red, green, blue, sky"))
         ->type_name("COLOR")
         ->capture_default_str();
@@ -64,7 +69,7 @@ static void addPictureOptions(CLI::App* command, PictureOptions* picture)
     const auto addStyle = [&](const char* name, int flag, const char* text)
     {
         command->add_flag_callback(
-            name, [picture, flag] { picture->flags |= flag; }, text);
+            name, [flags, flag] { *flags |= flag; }, text);
     };
     addStyle("--wire", VRK_RENDER_WIRE, "Draw edges only");
     addStyle("--flat", VRK_RENDER_FLAT, "Shade each face flat");
@@ -72,11 +77,20 @@ static void addPictureOptions(CLI::App* command, PictureOptions* picture)
     addStyle("--two-sided", VRK_RENDER_TWOSIDED, "Draw faces from behind, too");
 }
 
-static void addViewOptions(CLI::App* command, RenderOptions* options)
+static void addPictureOptions(CLI::App* command, PictureOptions* picture)
 {
-    Framing* framing = &options->framing;
+    addSizeOption(command, &picture->width, &picture->height);
+    command->add_option("--samples", picture->samples, "Samples along each side of a pixel")
+        ->check(CLI::Range(1, 8))
+        ->type_name("N")
+        ->capture_default_str();
+    addStyleOptions(command, &picture->background, &picture->flags);
+}
+
+static void addViewOptions(CLI::App* command, int* camera, Framing* framing)
+{
     command
-        ->add_option("--camera", options->camera,
+        ->add_option("--camera", *camera,
                      "Camera of the file, from 1; 0 frames the whole scene (the first camera)")
         ->check(CLI::NonNegativeNumber)
         ->type_name("N");
@@ -136,16 +150,16 @@ static void addFrameOptions(CLI::App* command, RenderOptions* options)
         ->capture_default_str();
 }
 
-static void addDrawingOptions(CLI::App* command, PictureOptions* picture)
+static void addDrawingOptions(CLI::App* command, int* flags, const std::function<void(bool)>& setSorted)
 {
     command
         ->add_option_function<std::string>(
-            "--transparent", [picture](const std::string& order) { picture->sorted = order == "sorted"; },
+            "--transparent", [setSorted](const std::string& order) { setSorted(order == "sorted"); },
             "Order of transparent faces: sorted from far to near, or immediate, mesh by mesh (sorted)")
         ->check(CLI::IsMember({"sorted", "immediate"}))
         ->type_name("ORDER");
     command->add_flag_callback(
-        "--cull", [picture] { picture->flags |= VRK_RENDER_CULL; }, "Skip meshes outside the view");
+        "--cull", [flags] { *flags |= VRK_RENDER_CULL; }, "Skip meshes outside the view");
 }
 
 static void addLightOptions(CLI::App* command, LightOptions* light)
@@ -162,6 +176,13 @@ static void addSmoothOption(CLI::App* command, LoadOptions* load)
     command->add_flag("--smooth,!--no-smooth", load->smooth, "Split vertices along smoothing groups (on)");
 }
 
+static void addSourceOptions(CLI::App* command, std::string* lights, LoadOptions* load, bool* partial)
+{
+    command->add_option("--lights", *lights, "Take the light from a file of vornik bake")->type_name("FILE");
+    addLoadOptions(command, load);
+    command->add_flag("--partial", *partial, "Draw what there is of a file that is cut short");
+}
+
 static CLI::App* addRender(CLI::App* app, RenderOptions* options)
 {
     CLI::App* command = app->add_subcommand("render", "Draw a picture of a scene");
@@ -176,18 +197,39 @@ static CLI::App* addRender(CLI::App* app, RenderOptions* options)
         ->type_name("FILE")
         ->required();
     addPictureOptions(command, &options->picture);
-    addDrawingOptions(command, &options->picture);
-    addViewOptions(command, options);
+    addDrawingOptions(command, &options->picture.flags,
+                      [options](bool sorted) { options->picture.sorted = sorted; });
+    addViewOptions(command, &options->camera, &options->framing);
     addFrameOptions(command, options);
     addSmoothOption(command, &options->load);
     addLightOptions(command, &options->light);
-    command->add_option("--lights", options->lights, "Take the light from a file of vornik bake")
-        ->type_name("FILE");
-    addLoadOptions(command, &options->load);
-    command->add_flag("--partial", options->partial, "Draw what there is of a file that is cut short");
+    addSourceOptions(command, &options->lights, &options->load, &options->partial);
     command->add_flag("--quiet", options->quiet, "No progress bar, no lines about missing images");
     return command;
 }
+
+#ifdef VORNIK_VIEWER
+static CLI::App* addView(CLI::App* app, ViewOptions* options)
+{
+    CLI::App* command = app->add_subcommand("view", "Show a scene in a window");
+    command->footer("Examples:\n"
+                    "  vornik view harbour.3ds --shadows\n"
+                    "  vornik view ship.3ds --pack data.pak --size 1024x768\n"
+                    "F1 in the window tells the keys. Files dropped on it are loaded.\n"
+                    "Exit status: 0 done, 1 no window or a file that can't be read, 2 a wrong command line.");
+    command->add_option("FILE.3DS", options->scene, "The scene; none for an empty window");
+    addSizeOption(command, &options->width, &options->height);
+    addStyleOptions(command, &options->background, &options->flags);
+    addDrawingOptions(command, &options->flags,
+                      [options](bool sorted)
+                      { options->transparency = sorted ? Transparency::sorted : Transparency::immediate; });
+    addViewOptions(command, &options->camera, &options->framing);
+    addSmoothOption(command, &options->load);
+    addLightOptions(command, &options->light);
+    addSourceOptions(command, &options->lights, &options->load, &options->partial);
+    return command;
+}
+#endif
 
 static CLI::App* addBake(CLI::App* app, BakeOptions* options)
 {
@@ -230,6 +272,9 @@ static int runCommand(int argc, char** argv)
     CLI::App* infoCommand = addInfo(&app, &infoOptions);
     CLI::App* bakeCommand = addBake(&app, &bakeOptions);
     const std::function<int()> runPack = addPack(&app);
+#ifdef VORNIK_VIEWER
+    const CLI::App* viewCommand = addView(&app, &viewOptions);
+#endif
     try
     {
         app.parse(argc, argv);
@@ -247,6 +292,15 @@ static int runCommand(int argc, char** argv)
         renderOptions.light.twoSided = (renderOptions.picture.flags & VRK_RENDER_TWOSIDED) != 0;
         return render(renderOptions);
     }
+#ifdef VORNIK_VIEWER
+    if (viewCommand->parsed())
+    {
+        viewOptions.light.classic = viewOptions.load.classic;
+        viewOptions.light.turnsBacks = false; // there is no one side to look from
+        viewOptions.framing.fov = 50.0f;
+        return view(viewOptions);
+    }
+#endif
     if (bakeCommand->parsed())
     {
         bakeOptions.light.classic = bakeOptions.load.classic;

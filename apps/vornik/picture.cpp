@@ -5,6 +5,8 @@
 
 #include <GL/gl.h>
 
+#include "apps/vornik/drawing.h"
+
 enum
 {
     largestSurfaceSide = 2048
@@ -53,52 +55,12 @@ static void narrowProjection(const float* whole, int x, int y, const TileSize& t
     vrkSetMatrixType(VRK_MODELVIEW);
 }
 
-// By the engine's stack, which is as large as the group could need.
-static void drawSorted(OGroup* group, View* view, const PictureOptions& options)
-{
-    int faces = 1;
-    for (int i = 0; i < group->meshCount; ++i)
-        faces += group->meshes[i]->visible ? group->meshes[i]->faceCount : 0;
-    vrkInitTransparentPlaneStack(faces);
-    group->render((options.flags & VRK_RENDER_CULL) | VRK_RENDER_TRANSPARENT, &view->camera);
-    if (options.flags & VRK_RENDER_NOTEXTURE)
-        vrkDisable(VRK_TEXTURE_2D);
-    // Large faces may come in the wrong order; without depth they hide nothing all the same.
-    vrkDepthMask(VRK_FALSE);
-    vrkDrawTransparentPlanes(&view->camera);
-    vrkDepthMask(VRK_TRUE);
-    vrkUnInitTransparentPlaneStack();
-    vrkEnable(VRK_TEXTURE_2D);
-}
-
-static void drawImmediately(OGroup* group, View* view, const PictureOptions& options)
-{
-    // Texels that are nearly opaque go first and write depth; the clear ones follow without, so that they
-    // hide nothing.
-    const float border = 0.9f;
-    vrkEnable(VRK_ALPHA_TEST);
-    vrkAlphaFunc(VRK_GREATER, border);
-    group->render(options.flags | VRK_RENDER_TRANSPARENT_NOW, &view->camera);
-    vrkAlphaFunc(VRK_LEQUAL, border);
-    vrkDepthMask(VRK_FALSE);
-    group->render(options.flags | VRK_RENDER_TRANSPARENT_NOW, &view->camera);
-    vrkDepthMask(VRK_TRUE);
-    vrkDisable(VRK_ALPHA_TEST);
-}
-
 static void draw(OGroup* group, View* view, const PictureOptions& options)
 {
     Color background = options.background;
     vrkSetClearColor(&background);
     vrkClear();
-    lookThrough(view);
-    group->render(options.flags | VRK_RENDER_SOLID, &view->camera);
-
-    // The stack knows no wire and no flat faces.
-    if (options.sorted && !(options.flags & (VRK_RENDER_WIRE | VRK_RENDER_FLAT)))
-        drawSorted(group, view, options);
-    else
-        drawImmediately(group, view, options);
+    drawGroup(group, view, options.flags, options.sorted ? Transparency::sorted : Transparency::immediate);
     if (options.drawMore)
         options.drawMore(&view->camera);
 }
@@ -145,6 +107,7 @@ static void sortFarthestFirst(OGroup* group, const Vertex3D& eye)
 Image drawPicture(OGroup* group, View* view, const PictureOptions& options)
 {
     sortFarthestFirst(group, view->camera.eye);
+    vrkInitTransparentPlaneStack(transparentRoom(*group));
     setProjection(group, *view, static_cast<float>(options.width) / static_cast<float>(options.height));
     float whole[16];
     vrkGetProjectionMatrix(whole);
@@ -161,5 +124,6 @@ Image drawPicture(OGroup* group, View* view, const PictureOptions& options)
             const Image samples = readSurface(tile.width * options.samples, tile.height * options.samples);
             paste(shrink(samples, options.samples), x, y, &picture);
         }
+    vrkUnInitTransparentPlaneStack();
     return picture;
 }

@@ -7,10 +7,16 @@
 
 static bool silent = false;
 static int shownPercent = -1;
+static void (*showElsewhere)(float) = nullptr;
 
 void silenceProgress()
 {
     silent = true;
+}
+
+void showProgressBy(void (*show)(float))
+{
+    showElsewhere = show;
 }
 
 static bool isVisible()
@@ -21,7 +27,11 @@ static bool isVisible()
 
 void showProgress(float fraction)
 {
-    if (!isVisible() || std::isnan(fraction))
+    if (std::isnan(fraction))
+        return;
+    if (showElsewhere)
+        return showElsewhere(fraction);
+    if (!isVisible())
         return;
     const int percent = static_cast<int>(std::fmin(std::fmax(fraction, 0.0f), 1.0f) * 100.0f);
     if (percent == shownPercent)

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "apps/vornik/animate.h"
 #include "apps/vornik/animatedpng.h"
 #include "apps/vornik/materials.h"
 #include "apps/vornik/progressbar.h"
@@ -60,17 +61,6 @@ static std::string problemAfter(const RenderOptions& options, OGroup* group)
     return "";
 }
 
-// Objects by their tracks, and textures one image a frame.
-static void moveTo(OGroup* group, int frame)
-{
-    group->setCurrentFrame(frame);
-    for (Material* material = group->activeTList->first; material; material = material->next)
-        for (Texture* texture : {material->firstTexture, material->secondTexture, material->opacityTexture,
-                                 material->reflectionTexture})
-            if (texture && texture->frameCount > 1)
-                texture->currentFrame = frame % texture->frameCount;
-}
-
 // "a/b.png" and 7 give "a/b-0007.png".
 static std::string numberedName(const std::string& path, int frame)
 {
@@ -90,7 +80,7 @@ static std::string drawFrames(OGroup* group, const RenderOptions& options, const
     for (int i = 0; i < frames.count() && problem.empty(); ++i)
     {
         const int frame = frames.first + i * frames.step;
-        moveTo(group, frame);
+        showFrame(group, frame, frame);
         View view = chooseView(group, options);
         if (i == 0 && options.lights.empty())
             lightScene(group, view, options.light);

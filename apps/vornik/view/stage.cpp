@@ -1,0 +1,133 @@
+#include "apps/vornik/view/stage.h"
+
+#include <algorithm>
+#include <filesystem>
+
+#include "apps/vornik/drawing.h"
+#include "apps/vornik/materials.h"
+
+namespace fs = std::filesystem;
+
+std::string problemOf(const StageOptions& options, const SceneFile& file)
+{
+    const SceneFault fault = file.fault();
+    if (fault != SceneFault::none && !(fault == SceneFault::cut && options.partial))
+        return file.faultText();
+    return problemOf(options.load, file);
+}
+
+Stage::Stage() = default;
+
+Stage::~Stage()
+{
+    vrkUnInitTransparentPlaneStack();
+}
+
+// Loading moves the process into the folder of the images; screen shots belong where the user started.
+class KeptFolder
+{
+public:
+    KeptFolder() : folder(fs::current_path(failed)) {}
+    KeptFolder(const KeptFolder&) = delete;
+    KeptFolder& operator=(const KeptFolder&) = delete;
+    ~KeptFolder() { fs::current_path(folder, failed); }
+
+private:
+    std::error_code failed;
+    fs::path folder;
+};
+
+std::string Stage::load(const SceneFile& file, const StageOptions& options, float aspect)
+{
+    const std::string problem = problemOf(options, file);
+    if (!problem.empty())
+        return problem;
+    const std::string lights = options.lights.empty() ? "" : fs::absolute(options.lights).string();
+    const KeptFolder kept;
+    OGroup* loaded = loadScene(&scene, file, options.load);
+    if (!loaded)
+        return file.path + ": the engine can't read the file";
+    if (!hasVisibleFaces(loaded))
+    {
+        scene.deleteOGroup(loaded);
+        return file.path + ": there is nothing in it to draw";
+    }
+
+    const std::vector<ImageUse> images = findImages(loaded, file.pack);
+    completeMaterials(loaded, images, file.pack, options.load.classic);
+    firstView = framedView(loaded, aspect, options.framing);
+    std::string trouble;
+    if (!options.lights.empty())
+        trouble = takeBakedLight(loaded, lights);
+    else
+        lightScene(loaded, firstView, options.light);
+    if (!trouble.empty())
+    {
+        scene.deleteOGroup(loaded);
+        return options.lights + ": " + trouble;
+    }
+
+    if (group)
+        scene.deleteOGroup(group);
+    missingImages = static_cast<int>(std::count_if(
+        images.begin(), images.end(), [](const ImageUse& image) { return image.state != ImageState::read; }));
+    name = fs::path(file.path).filename().string();
+    adopt();
+    return "";
+}
+
+Stage::Identity Stage::identify() const
+{
+    Identity identity;
+    if (scene.groupCount == 0)
+        return identity;
+    const OGroup* first = scene.groups[0];
+    identity.group = first;
+    identity.stamp = first->meshCount > 0 ? first->meshes[0]->specialType : 0;
+    identity.meshes = first->meshCount;
+    identity.tlists = first->tlistCount;
+    identity.pathLists = first->pathListCount;
+    return identity;
+}
+
+bool Stage::hasChanged() const
+{
+    return !(identify() == known);
+}
+
+// Around all that a group shows in the course of its animation, by a few of its frames.
+static Bounds boundsInMotion(OGroup* group)
+{
+    const int samples = group->animated && group->frameCount > 1 ? 8 : 1;
+    const int frame = group->currentFrame;
+    Bounds all = emptyBounds();
+    for (int i = 0; i < samples; ++i)
+    {
+        if (samples > 1)
+            group->setCurrentFrame(group->frameCount * i / samples);
+        all.add(boundsOf(group));
+    }
+    group->setCurrentFrame(frame);
+    return all;
+}
+
+void Stage::adopt()
+{
+    group = scene.groupCount > 0 ? scene.groups[0] : nullptr;
+    // The type of a glow means nothing on a mesh that doesn't glow, and is 0 on every fresh one.
+    if (group && group->meshCount > 0 && !group->meshes[0]->special)
+        group->meshes[0]->specialType = ++lastStamp;
+    known = identify();
+    bounds = group ? boundsInMotion(group) : emptyBounds();
+    faces = vertices = 0;
+    if (!group)
+        return;
+    for (int i = 0; i < group->meshCount; ++i)
+        if (group->meshes[i]->visible)
+        {
+            faces += group->meshes[i]->faceCount;
+            vertices += group->meshes[i]->vertexCount;
+        }
+    vrkUnInitTransparentPlaneStack();
+    vrkInitTransparentPlaneStack(transparentRoom(*group));
+}

@@ -1,0 +1,61 @@
+// The scene on show: loading one in the place of another, and its figures.
+#pragma once
+
+#include <string>
+
+#include "apps/vornik/camera.h"
+#include "apps/vornik/lights.h"
+#include "apps/vornik/loadscene.h"
+
+struct StageOptions
+{
+    std::string lights; ///< file of baked light; empty to light the scene
+    LoadOptions load;
+    LightOptions light;
+    Framing framing;
+    bool partial = false; ///< takes what there is of a file that is cut short
+};
+
+/// What stands in the way of a file before the engine sees it; empty if nothing does.
+std::string problemOf(const StageOptions& options, const SceneFile& file);
+
+class Stage
+{
+public:
+    Stage();
+    Stage(const Stage&) = delete;
+    Stage& operator=(const Stage&) = delete;
+    ~Stage();
+
+    /// Puts a file in the place of the scene on show, which stays when that fails. The engine must run.
+    /// @param aspect  of the picture that it will be seen in
+    /// @return what went wrong; empty if nothing did
+    std::string load(const SceneFile& file, const StageOptions& options, float aspect);
+
+    /// Looks whether something else has changed the scene's first group: the console does. @return did it?
+    bool hasChanged() const;
+    /// Takes the scene's first group as it is now. The view of it is up to the caller.
+    void adopt();
+
+    Scene scene;
+    OGroup* group = nullptr; ///< the one on show; null for an empty stage
+    std::string name;        ///< of the file, for people
+    View firstView;          ///< shows all of it
+    Bounds bounds = emptyBounds();
+    int faces = 0, vertices = 0; ///< of visible meshes
+    int missingImages = 0;
+
+private:
+    // What tells the group on show from another that took its place in memory.
+    struct Identity
+    {
+        const void* group = nullptr;
+        int stamp = 0; // of the first mesh
+        int meshes = 0, tlists = 0, pathLists = 0;
+        bool operator==(const Identity&) const = default;
+    };
+    Identity identify() const;
+
+    Identity known;
+    int lastStamp = 0;
+};

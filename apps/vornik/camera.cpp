@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cfloat>
 #include <cmath>
+#include <cstddef>
 #include <vector>
 
 // Calls use(position) with the world position of every corner of every visible face, as the group stands at
@@ -81,6 +82,30 @@ Bounds boundsOf(OGroup* group)
     Bounds bounds = emptyBounds();
     forEachCorner(group, [&bounds](const Vertex3D& p) { bounds.add({p, p}); });
     return bounds;
+}
+
+Bounds coreOf(OGroup* group)
+{
+    std::vector<float> along[3];
+    forEachCorner(group,
+                  [&along](const Vertex3D& p)
+                  {
+                      along[0].push_back(p.x);
+                      along[1].push_back(p.y);
+                      along[2].push_back(p.z);
+                  });
+    if (along[0].empty())
+        return emptyBounds();
+    const auto at = [](std::vector<float>& values, size_t part)
+    {
+        const auto place = values.begin() + static_cast<std::ptrdiff_t>((values.size() - 1) * part / 20);
+        std::nth_element(values.begin(), place, values.end());
+        return *place;
+    };
+    Bounds core;
+    core.low = {at(along[0], 1), at(along[1], 1), at(along[2], 1)};
+    core.high = {at(along[0], 19), at(along[1], 19), at(along[2], 19)};
+    return core;
 }
 
 Axes axesOf(char upAxis)

@@ -53,6 +53,10 @@ Bounds emptyBounds();
 /// Around all visible faces, as the group stands at its current frame.
 Bounds boundsOf(OGroup* group);
 
+/// Around the bulk of them: without the twentieth of the corners that lies farthest out on each side, where
+/// skies and far hills are.
+Bounds coreOf(OGroup* group);
+
 /// Is there anything to draw?
 bool hasVisibleFaces(OGroup* group);
 

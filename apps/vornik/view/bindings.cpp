@@ -33,7 +33,6 @@ const std::vector<Binding>& bindings()
         {"F9", Command::lists, "display lists"},
         {"", Command::none, "Window"},
         {"F1", Command::help, "this help"},
-        {"`", Command::console, "console (the key below Esc)"},
         {"F11", Command::fullScreen, "full screen"},
         {"F12", Command::screenShot, "screen shot, Shot0000.jpg and on"},
         {"Escape", Command::close, "close help or console, or the viewer"},

@@ -25,7 +25,7 @@ void Pilot::frameAll(const Stage& stage)
     if (!stage.group)
         return;
     const Camera& first = stage.firstView.camera;
-    size = std::max(stage.bounds.diagonal(), 1e-6f);
+    size = std::max(stage.core.diagonal(), 1e-6f);
     fov = first.fov;
     Vertex3D forward = first.target - first.eye;
     forward.normalize();
@@ -43,8 +43,8 @@ void Pilot::takeOver(const Stage& stage)
     fov = seen.camera.fov;
     Vertex3D forward = seen.camera.target - seen.camera.eye;
     forward.normalize();
-    const float middle = (stage.bounds.middle() - seen.camera.eye) * forward;
-    eye = freeCameraAt(seen.camera.eye, seen.camera.target, axes, std::max(middle, 0.05f * size));
+    const float middle = (stage.core.middle() - seen.camera.eye) * forward;
+    eye = freeCameraAt(seen.camera.eye, seen.camera.target, axes, std::max(middle, 0.1f * size));
 }
 
 std::string Pilot::setMovement(Movement wanted, const Stage& stage)
@@ -58,7 +58,7 @@ std::string Pilot::setMovement(Movement wanted, const Stage& stage)
             return "gravity pulls along z: no walking with another axis up";
         if (!stage.group->octree)
             stage.group->constructOctree();
-        const Body body = bodyFor(stage.bounds, walk.scale);
+        const Body body = bodyFor(stage.core, walk.scale);
         Vertex3D foothold;
         if (!findFoothold(stage.group, stage.bounds, body, eye.eye, forwardOf(eye, axes), &foothold))
             return "no ground to stand on";

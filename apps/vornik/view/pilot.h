@@ -62,5 +62,5 @@ private:
     float chosenFov = 0.0f; // of a camera, 0 for its own
     int cameraNumber = 0;
     bool classicCameras = false;
-    float size = 1.0f; // of the scene
+    float size = 1.0f; // of the scene's core
 };

@@ -22,6 +22,7 @@ public:
     int frame() const;
     /// Goes on where frame() begins again.
     int textureFrame() const { return static_cast<int>(position); }
+    int frames() const { return frameCount; }
     double pace() const { return speed; }
 
 private:

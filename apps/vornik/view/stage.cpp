@@ -119,6 +119,7 @@ void Stage::adopt()
         group->meshes[0]->specialType = ++lastStamp;
     known = identify();
     bounds = group ? boundsInMotion(group) : emptyBounds();
+    core = group ? coreOf(group) : emptyBounds();
     faces = vertices = 0;
     if (!group)
         return;

@@ -38,11 +38,12 @@ public:
     void adopt();
 
     Scene scene;
-    OGroup* group = nullptr; ///< the one on show; null for an empty stage
-    std::string name;        ///< of the file, for people
-    View firstView;          ///< shows all of it
-    Bounds bounds = emptyBounds();
-    int faces = 0, vertices = 0; ///< of visible meshes
+    OGroup* group = nullptr;       ///< the one on show; null for an empty stage
+    std::string name;              ///< of the file, for people
+    View firstView;                ///< shows all of it
+    Bounds bounds = emptyBounds(); ///< in the course of the animation
+    Bounds core = emptyBounds();   ///< what a visitor takes the measure from
+    int faces = 0, vertices = 0;   ///< of visible meshes
     int missingImages = 0;
 
 private:

@@ -1,33 +1,33 @@
 #include "apps/vornik/view/viewer.h"
 
 #include <algorithm>
-#include <cstdio>
 
-#include <GL/gl.h>
-
-#include "apps/vornik/animate.h"
+#include "apps/vornik/progressbar.h"
 #include "apps/vornik/text.h"
+
+Viewer* Viewer::busy = nullptr;
 
 Viewer::Viewer(const ViewOptions& viewOptions) : options(viewOptions) {}
 
-std::string Viewer::start(const SceneFile& file)
+std::string Viewer::startEngine()
 {
-    const std::string problem = window.open("Vornik", options.width, options.height);
-    if (!problem.empty())
-        return problem;
     vrkInitErrorLog(3);
     if (vrkSelectRasterizer(0) != 0 || vrkInitViewport(window.handle(), 32, 0, 24, false, 0, true) != 0)
         return "can't start OpenGL on the window";
-    resize();
     vrkSetFPS(window.refreshRate());
-    nameWindow();
-    if (options.scene.empty())
-        return "";
-    const std::string trouble =
-        stage.load(file, options, static_cast<float>(width) / static_cast<float>(height));
-    if (trouble.empty())
-        show(stage);
-    return trouble;
+    vrkInitFont(); // takes its display lists before scenes do
+    resize();
+    return "";
+}
+
+std::string Viewer::start(const SceneFile& file)
+{
+    std::string problem = window.open("Vornik", options.width, options.height);
+    if (problem.empty())
+        problem = startEngine();
+    if (problem.empty() && !options.scene.empty())
+        problem = load(file, options);
+    return problem;
 }
 
 std::string Viewer::run()
@@ -35,6 +35,7 @@ std::string Viewer::run()
     SceneFile file;
     if (!options.scene.empty())
     {
+        // What is wrong with the file is told at once, without a window that flashes by.
         file = readSceneFile(options.scene, options.load.pack);
         const std::string problem = problemOf(options, file);
         if (!problem.empty())
@@ -43,43 +44,50 @@ std::string Viewer::run()
     const std::string problem = start(file);
     if (!problem.empty())
         return problem;
-    lastFrame = due = Window::seconds();
+    lastFrame = due = countedSince = Window::seconds();
     while (running)
         frame();
     return "";
 }
 
-// A scene that is new on the stage is seen from its first camera and played from its first frame.
-void Viewer::show(const Stage& loaded)
+std::string Viewer::load(const SceneFile& file, const StageOptions& how)
 {
-    pilot.begin(loaded, options.framing.upAxis, options.camera, options.load.classic);
-    playback.begin(loaded.group && loaded.group->animated ? loaded.group->frameCount : 0);
-    nameWindow();
+    busyWith = "Loading " + printable(file.path.substr(file.path.find_last_of("/\\") + 1));
+    busy = this;
+    showBusy(0.0f);
+    showProgressBy(showBusy);
+    const std::string problem = stage.load(file, how, aspect());
+    showProgressBy(nullptr);
+    lastFrame = Window::seconds(); // nothing moves meanwhile
+    if (problem.empty())
+        takePlaces();
+    return problem;
 }
 
-// A file from elsewhere, loose: what the command line said about a pack and its light was about another.
-void Viewer::load(const std::string& path)
+// A file from elsewhere, loose: what the command line said of a pack, images and light was said of another.
+void Viewer::loadDropped(const std::string& path)
 {
     StageOptions loose = options;
     loose.load.pack.clear();
     loose.load.textures.clear();
     loose.lights.clear();
-    const std::string trouble =
-        stage.load(readSceneFile(path, ""), loose, static_cast<float>(width) / static_cast<float>(height));
-    if (!trouble.empty())
-        return tell(trouble);
     options.camera = -1;
-    show(stage);
+    const std::string problem = load(readSceneFile(path, ""), loose);
+    if (!problem.empty())
+        say(problem);
 }
 
-void Viewer::nameWindow()
+// A scene that is new on the stage is seen from its first camera and played from its first frame.
+void Viewer::takePlaces()
 {
+    pilot.begin(stage, options.framing.upAxis, options.camera, options.load.classic);
+    playback.begin(stage.group && stage.group->animated ? stage.group->frameCount : 0);
     window.setTitle(stage.name.empty() ? "Vornik" : printable(stage.name) + " - Vornik");
-}
-
-void Viewer::tell(const std::string& line)
-{
-    std::fprintf(stderr, "vornik: %s\n", printable(line).c_str());
+    if (stage.missingImages > 0)
+        say(std::to_string(stage.missingImages) + (stage.missingImages == 1 ? " image" : " images") +
+            " can't be read");
+    if (options.flags & VRK_RENDER_CALL_LIST)
+        compileLists();
 }
 
 void Viewer::frame()
@@ -95,6 +103,7 @@ void Viewer::frame()
         return window.wait(100);
     pilot.move(stage, window.held(), passed);
     draw();
+    countFrame(now);
     pace();
 }
 
@@ -115,7 +124,7 @@ void Viewer::handle(const Event& event)
         pilot.wheel(stage, event.y);
         break;
     case Happening::dropped:
-        load(event.text);
+        loadDropped(event.text);
         break;
     case Happening::resized:
         resize();
@@ -125,88 +134,6 @@ void Viewer::handle(const Event& event)
     case Happening::exposed:
         break;
     }
-}
-
-void Viewer::toggle(int flag, const char* name)
-{
-    options.flags ^= flag;
-    tell(std::string(name) + (options.flags & flag ? ": on" : ": off"));
-}
-
-void Viewer::execute(Command command)
-{
-    switch (command)
-    {
-    case Command::close:
-        running = false;
-        break;
-    case Command::orbit:
-        pilot.setMovement(Movement::orbit, stage);
-        break;
-    case Command::fly:
-        pilot.setMovement(Movement::fly, stage);
-        break;
-    case Command::walk:
-        pilot.setMovement(Movement::walk, stage);
-        break;
-    case Command::frameAll:
-        pilot.frameAll(stage);
-        break;
-    case Command::nextCamera:
-        pilot.setCamera(pilot.camera() + 1, stage);
-        break;
-    case Command::wire:
-        toggle(VRK_RENDER_WIRE, "edges only");
-        break;
-    case Command::play:
-        playback.togglePlaying();
-        break;
-    default:
-        break;
-    }
-}
-
-void Viewer::resize()
-{
-    width = std::max(window.width(), 1);
-    height = std::max(window.height(), 1);
-    glViewport(0, 0, width, height); // the engine leaves the pixel rectangle to the host
-}
-
-void Viewer::setProjection(const View& view)
-{
-    Viewport viewport = *vrkGetViewport();
-    viewport.width = static_cast<float>(width);
-    viewport.height = static_cast<float>(height);
-    viewport.aspect = viewport.width / viewport.height;
-    viewport.fov = view.camera.fov;
-    const ClipRange clip = clipRange(stage.bounds, view.camera.eye, pilot.closest());
-    viewport.nearClip = clip.nearest;
-    viewport.farClip = clip.farthest;
-    vrkSetViewport(&viewport);
-}
-
-void Viewer::draw()
-{
-    vrkSetClearColor(&options.background);
-    vrkClear();
-    if (stage.group)
-    {
-        showFrame(stage.group, playback.frame(), playback.textureFrame());
-        View view = pilot.view(stage);
-        setProjection(view);
-        drawGroup(stage.group, &view, options.flags, options.transparency);
-    }
-    vrkSwapBuffers();
-}
-
-// Where the swap doesn't wait for the display, sleep. A little faster than the display, so that both never
-// add up.
-void Viewer::pace()
-{
-    const double interval = 1.0 / (1.1 * std::max(window.refreshRate(), 60));
-    due = std::max(due + interval, Window::seconds() - interval);
-    Window::sleep(due - Window::seconds());
 }
 
 int view(const ViewOptions& options)

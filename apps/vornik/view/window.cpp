@@ -20,11 +20,11 @@ Window::Window() : state(std::make_unique<State>())
         state->places.push_back(SDL_GetScancodeFromName(key.key));
 }
 
+// SDL itself stays to the end of the process, and with it the connection that the engine's context lives on.
 Window::~Window()
 {
     if (state->window)
         SDL_DestroyWindow(state->window);
-    SDL_Quit();
 }
 
 std::string Window::open(const std::string& title, int width, int height)

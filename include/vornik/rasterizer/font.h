@@ -18,8 +18,8 @@ VRK_API int vrkInitFont();
 /// @param c  alpha isn't read
 /// @param format  cut to 1,024 characters when formatted. Codes above 127 draw nothing and take no room;
 ///                control codes, line feeds too, are blanks. Null writes nothing.
-/// The depth test, fog and the depth of the window's front act on text; matrices stay as they are. Leaves
-/// VRK_TEXTURE_2D and VRK_BLEND on, whatever they were.
+/// Text lies on the window's very front, where depth test and fog leave it alone. Matrices stay as they are.
+/// Leaves VRK_TEXTURE_2D and VRK_BLEND on, whatever they were.
 VRK_API void vrkWrite(float x, float y, Color* c, const char* format, ...);
 
 #endif

@@ -14,6 +14,7 @@
 
 #include "lighting/shadowtree.h"
 #include "platform/file.h"
+#include "rasterizer/d3d/d3dmesh.h"
 #include "vornik/assets/tlist.h"
 #include "vornik/rasterizer/startup.h"
 #include "vornik/scene/material.h"
@@ -188,6 +189,20 @@ static float applied(float light, float exponent)
     return value;
 }
 
+// Hands the colours to the mesh that Direct3D draws, which is made here if need be. @return false without
+// memory
+static bool showOnDirect3D(Mesh* mesh)
+{
+    if (!mesh->d3dMesh)
+        mesh->d3dMesh = makeD3DMesh(*mesh);
+    if (!mesh->d3dMesh)
+        return false;
+    // A mesh that has lost vertices since then has too few colours.
+    if (mesh->d3dMesh->vertexCount <= mesh->vertexCount)
+        mesh->d3dMesh->updateColors(mesh->vertexColors);
+    return true;
+}
+
 void OGroup::applyLights()
 {
     const float exponent = 1.0f / vrkGetGamma();
@@ -204,6 +219,8 @@ void OGroup::applyLights()
             color.g = applied(light.g, exponent);
             color.b = applied(light.b, exponent);
         }
+        if (vrkGetRasterizer() == 1 && !showOnDirect3D(mesh))
+            return;
     }
 }
 

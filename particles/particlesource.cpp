@@ -1,7 +1,7 @@
 // Simulation and drawing of particles.
 //
-// A quad is turned to the viewer by the camera's own angles, so the view matrix is never read back. Nothing
-// here allocates but the array itself and the list of living sources.
+// On OpenGL a quad is turned to the viewer by the camera's own angles, so the view matrix is never read back;
+// Direct3D has its view at hand. Nothing here allocates but the array itself and the list of living sources.
 
 #include "vornik/particles/particlesource.h"
 
@@ -9,13 +9,18 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <vector>
 
 #include "assets/livinglists.h"
 #include "particles/livingsources.h"
 #include "rasterizer/constants.h"
+#include "rasterizer/d3d/constants.h"
+#include "rasterizer/d3d/d3drasterizer.h"
+#include "rasterizer/d3d/packedcolor.h"
 #include "vornik/assets/texture.h"
 #include "vornik/core/errorlog.h"
+#include "vornik/core/matrices.h"
 #include "vornik/core/memory.h"
 #include "vornik/rasterizer/state.h"
 #include "vornik/rasterizer/texture.h"
@@ -265,6 +270,74 @@ static void drawParticle(const ParticleSource& source, Particle& particle, const
     vrkPopMatrix();
 }
 
+static void beginDirect3D(D3DRasterizer& d3d, const ParticleSource& source)
+{
+    vrkShadeModel(VRK_FLAT);
+    vrkBlendFunc(source.blendSource, source.blendDestination);
+    vrkEnable(VRK_BLEND);
+    vrkDepthFunc(VRK_LEQUAL);
+    vrkDepthMask(VRK_FALSE);
+    vrkDisable(VRK_CULL_FACE);
+    d3d.setColorStage(0, d3d::modulate, d3d::argTexture, d3d::argDiffuse);
+    d3d.setAlphaStage(0, d3d::modulate, d3d::argTexture, d3d::argDiffuse);
+    Texture* texture = textureOf(source);
+    if (texture && source.particles && source.particleCount > 0)
+        texture->rotation = source.particles[0].rotation.y;
+    bindTexture(source);
+}
+
+static void endDirect3D()
+{
+    vrkShadeModel(VRK_SMOOTH);
+    vrkDepthMask(VRK_TRUE);
+    vrkEnable(VRK_CULL_FACE);
+}
+
+// The view turned round: its rotation turns a quad to the viewer.
+static void facingMatrix(D3DRasterizer& d3d, float (&facing)[4][4])
+{
+    float view[4][4];
+    std::memcpy(view, d3d.viewMatrix, sizeof view);
+    std::memcpy(facing, d3d.viewMatrix, sizeof facing);
+    vrkInvertMatrix(facing, view);
+}
+
+static void drawOnDirect3D(D3DRasterizer& d3d, const ParticleSource& source)
+{
+    float facing[4][4];
+    facingMatrix(d3d, facing);
+    beginDirect3D(d3d, source);
+    const float s = source.size;
+    D3DWorldVertex quad[] = {{-s, s, 0.0f, 0, 0.0f, 1.0f},
+                             {-s, -s, 0.0f, 0, 0.0f, 0.0f},
+                             {s, s, 0.0f, 0, 1.0f, 1.0f},
+                             {s, -s, 0.0f, 0, 1.0f, 0.0f}};
+    for (int i = 0; source.particles && i < source.particleCount; ++i)
+    {
+        const Particle& particle = source.particles[i];
+        if (particle.life <= 0)
+            continue;
+        if (source.mesh)
+        {
+            vrkPushMatrix();
+            vrkTranslate(particle.position.x, particle.position.y, particle.position.z);
+            drawMesh(source, particle);
+            vrkPopMatrix();
+            continue;
+        }
+        facing[3][0] = particle.position.x;
+        facing[3][1] = particle.position.y;
+        facing[3][2] = particle.position.z;
+        d3d.setWorldMatrix(facing);
+        Color color = {source.color.r, source.color.g, source.color.b, alphaOf(source, particle)};
+        const uint32_t word = packLimited(&color);
+        for (D3DWorldVertex& corner : quad)
+            corner.color = word;
+        d3d.drawStrip(quad);
+    }
+    endDirect3D();
+}
+
 void ParticleSource::draw(Camera* camera)
 {
     vrkInitMatrix();
@@ -278,4 +351,6 @@ void ParticleSource::draw(Camera* camera)
                 drawParticle(*this, particles[i], camera);
         endDrawing();
     }
+    else if (D3DRasterizer* d3d = selectedDirect3D())
+        drawOnDirect3D(*d3d, *this);
 }

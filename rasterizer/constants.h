@@ -1,11 +1,10 @@
 // Translation of values that a host passes into OpenGL's.
 #pragma once
 
+#include "rasterizer/truncate.h"
 #include "vornik/rasterizer/startup.h"
 
 #include <GL/gl.h>
-
-#include <cmath>
 
 /// The rasterizer's own value of a portable constant. @return false if the constant lies outside the table
 inline bool translate(int constant, GLenum* value)
@@ -14,10 +13,4 @@ inline bool translate(int constant, GLenum* value)
         return false;
     *value = static_cast<GLenum>(vrkConvertCapTableOGL[constant]);
     return true;
-}
-
-/// Cuts the fraction off. What no int can hold is 0.
-inline int truncated(float value)
-{
-    return std::fabs(value) < 2147483648.0f ? static_cast<int>(value) : 0;
 }

@@ -5,6 +5,8 @@
 
 #include <GL/gl.h>
 
+#include "rasterizer/d3d/constants.h"
+#include "rasterizer/d3d/d3drasterizer.h"
 #include "vornik/rasterizer/startup.h"
 #include "vornik/rasterizer/state.h"
 
@@ -30,6 +32,8 @@ int vrkSetFog(Color c, float start, float end)
         glFogf(GL_FOG_END, end);
         setColor(c);
     }
+    else if (D3DRasterizer* d3d = selectedDirect3D())
+        d3d->setLinearFog(c, start, end);
     return 0;
 }
 
@@ -41,6 +45,8 @@ int vrkSetFog(Color c, float density)
         setDensity(density);
         setColor(c);
     }
+    else if (D3DRasterizer* d3d = selectedDirect3D())
+        d3d->setDensityFog(c, density);
     return 0;
 }
 
@@ -48,16 +54,22 @@ void vrkSetFogDensity(float density)
 {
     if (vrkSelectedRasterizer == 0)
         setDensity(density);
+    else if (D3DRasterizer* d3d = selectedDirect3D())
+        d3d->setRenderState(d3d::fogDensity, density);
 }
 
 void vrkSetFogStart(float value)
 {
     if (vrkSelectedRasterizer == 0)
         glFogf(GL_FOG_START, value);
+    else if (D3DRasterizer* d3d = selectedDirect3D())
+        d3d->setRenderState(d3d::fogStart, value);
 }
 
 void vrkSetFogEnd(float value)
 {
     if (vrkSelectedRasterizer == 0)
         glFogf(GL_FOG_END, value);
+    else if (D3DRasterizer* d3d = selectedDirect3D())
+        d3d->setRenderState(d3d::fogStart, value); // the start, not the end
 }

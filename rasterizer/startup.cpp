@@ -15,7 +15,11 @@
 
 #include "platform/glcontext.h"
 #include "rasterizer/constants.h"
+#include "rasterizer/d3d/constants.h"
+#include "rasterizer/d3d/d3drasterizer.h"
+#include "rasterizer/d3d/portabletable.h"
 #include "vornik/core/errorlog.h"
+#include "vornik/rasterizer/state.h"
 
 int vrkSelectedRasterizer = 0;
 Viewport vrkViewport = {};
@@ -145,7 +149,11 @@ int vrkSelectRasterizer(int rasterizer)
     if (rasterizer == 0)
         std::copy(std::begin(constantsOGL), std::end(constantsOGL), vrkConvertCapTableOGL);
     else if (rasterizer == 1)
-        return -1; // this system has no Direct3D to create
+    {
+        if (!makeDirect3D())
+            return -1;
+        fillDirect3DConstants();
+    }
     return 0;
 }
 
@@ -154,8 +162,8 @@ int vrkGetRasterizer()
     return vrkSelectedRasterizer;
 }
 
-int vrkInitViewport(VRKWindow window, int colorBits, int alphaBits, int depthBits, bool /*useTnL*/,
-                    int /*secondaryDevice*/, bool /*windowed*/)
+int vrkInitViewport(VRKWindow window, int colorBits, int alphaBits, int depthBits, bool useTnL,
+                    int secondaryDevice, bool windowed)
 {
     if (vrkSelectedRasterizer == 0)
     {
@@ -166,6 +174,15 @@ int vrkInitViewport(VRKWindow window, int colorBits, int alphaBits, int depthBit
             return vrkPutToErrorLog("Fatal error, cannot create rendering context!", 41);
         measureViewport(window);
         initOpenGL();
+    }
+    else if (D3DRasterizer* d3d = selectedDirect3D())
+    {
+        measureViewport(window);
+        // Whatever the cause, which the user has seen in a box of its own.
+        if (d3d->initialize(window, truncated(vrkViewport.width), truncated(vrkViewport.height), colorBits,
+                            useTnL, secondaryDevice, windowed) != 0)
+            return vrkPutToErrorLog("Fatal! DX has run out of memory!", 53);
+        vrkSetFOV(90.0f);
     }
     return 0;
 }
@@ -237,8 +254,12 @@ void initOpenGL()
     }
 }
 
-// Context and drawable of OpenGL stay: the host may go on drawing after the engine has stopped.
-void vrkUnInit3D() {}
+void vrkUnInit3D()
+{
+    // Context and drawable of OpenGL stay: the host may go on drawing after the engine has stopped.
+    if (D3DRasterizer* d3d = selectedDirect3D())
+        d3d->shutdown();
+}
 
 void vrkSetFPS(int framesPerSecond)
 {
@@ -265,17 +286,33 @@ void vrkClear()
 {
     if (vrkSelectedRasterizer == 0)
         glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    else if (D3DRasterizer* d3d = selectedDirect3D())
+        d3d->clear(d3d::clearTarget | d3d::clearDepth, 1.0f);
 }
 
 void vrkSwapBuffers()
 {
     if (vrkSelectedRasterizer == 0)
         vrkPlatformSwapBuffers(VRK_hDC);
+    else if (D3DRasterizer* d3d = selectedDirect3D())
+        d3d->present();
 }
 
 // OpenGL looks after its own surfaces and has no scenes to open and close.
-void vrkDXRestoreSurfaces() {}
+void vrkDXRestoreSurfaces()
+{
+    if (D3DRasterizer* d3d = selectedDirect3D())
+        d3d->restoreTextures();
+}
 
-void vrkDXBeginScene() {}
+void vrkDXBeginScene()
+{
+    if (D3DRasterizer* d3d = selectedDirect3D())
+        d3d->beginScene();
+}
 
-void vrkDXEndScene() {}
+void vrkDXEndScene()
+{
+    if (D3DRasterizer* d3d = selectedDirect3D())
+        d3d->endScene();
+}

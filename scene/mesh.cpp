@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "rasterizer/d3d/d3dmesh.h"
 #include "scene/materialranges.h"
 #include "scene/sharedname.h"
 
@@ -25,6 +26,7 @@ Mesh::~Mesh()
     std::free(faceFlags);
     releaseMaterialRanges(this);
     destroyDisplayList();
+    releaseD3DMesh(d3dMesh);
 }
 
 void Mesh::detachArrays()
@@ -182,6 +184,7 @@ Object* Mesh::copyObject()
     shareName(copy->name);
     // The arrays named by the copied record are the source's.
     copy->detachArrays();
+    shareD3DMesh(d3dMesh);
     if (vertexCount > 0)
     {
         copy->createVertices(vertexCount);

@@ -11,6 +11,7 @@
 
 #include "core/bits.h"
 #include "core/facecorners.h"
+#include "rasterizer/d3d/d3drasterizer.h"
 #include "scene/statictransform.h"
 #include "scene/transformpoint.h"
 #include "vornik/rasterizer/startup.h"
@@ -156,12 +157,21 @@ void Mesh::calcWindowCoords()
     }
 }
 
+// What the matrices live in; null while the rasterizer hasn't started.
+static const void* rasterizerContext()
+{
+    if (vrkSelectedRasterizer == 0)
+        return VRK_hGLRC;
+    const D3DRasterizer* d3d = selectedDirect3D();
+    return d3d && d3d->matrixStack ? d3d : nullptr;
+}
+
 // The static transform as the rasterizer computes it. It is asked anew only when the mesh, the rasterizer or
 // its context has changed; without a running rasterizer it is the identity.
 const double* Mesh::currentWorldMatrix()
 {
     WorldMatrix& kept = worldMatrix;
-    const void* context = VRK_hGLRC;
+    const void* context = rasterizerContext();
     const bool same = kept.built && kept.rasterizer == vrkSelectedRasterizer && kept.context == context &&
                       sameBits(kept.position, position) && sameBits(kept.pivot, pivot) &&
                       sameBits(kept.rotation, rotation);
@@ -170,7 +180,7 @@ const double* Mesh::currentWorldMatrix()
 
     for (int i = 0; i < 16; ++i)
         kept.elements[i] = i % 5 == 0 ? 1.0 : 0.0;
-    if (context || vrkSelectedRasterizer != 0)
+    if (context)
     {
         vrkPushMatrix();
         vrkInitMatrix();

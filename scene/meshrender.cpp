@@ -1,11 +1,12 @@
-// The passes that draw a mesh on OpenGL. Each walks the ranges of faces with one material, so a range is the
-// unit of a state change, and leaves the resting state behind: culling and texturing on, smooth, depth test
-// less-or-equal, depth writes on.
+// The passes that draw a mesh on OpenGL, and the hand-over to its copy on Direct3D. Each pass walks the
+// ranges of faces with one material, so a range is the unit of a state change, and leaves the resting state
+// behind: culling and texturing on, smooth, depth test less-or-equal, depth writes on.
 
 #include "vornik/scene/mesh.h"
 
 #include <initializer_list>
 
+#include "rasterizer/d3d/d3dmesh.h"
 #include "scene/materialtable.h"
 #include "vornik/assets/texture.h"
 #include "vornik/assets/tlist.h"
@@ -248,8 +249,28 @@ int Mesh::renderEffect(int flags, TList* list)
     return 0;
 }
 
+// Direct3D draws a copy of the mesh, which is made here whether the mesh is shown or not. Queued transparent
+// faces, special meshes and the effect pass are OpenGL's alone.
+static int renderOnDirect3D(Mesh& mesh, int flags, TList* list)
+{
+    if (!mesh.d3dMesh)
+    {
+        mesh.d3dMesh = makeD3DMesh(mesh);
+        if (!mesh.d3dMesh)
+            return vrkPutToErrorLog("Fatal! DX has run out of memory!", 51);
+    }
+    int result = 0;
+    if (mesh.visible && flags & VRK_RENDER_SOLID)
+        result = mesh.d3dMesh->drawSolid(flags, list);
+    if (mesh.visible && flags & VRK_RENDER_TRANSPARENT_NOW)
+        result = mesh.d3dMesh->drawTransparent(flags, list);
+    return result;
+}
+
 int Mesh::render(int flags, TList* list)
 {
+    if (vrkGetRasterizer() == 1)
+        return renderOnDirect3D(*this, flags, list);
     if (vrkGetRasterizer() != 0)
         return 0;
     if (special && flags & VRK_RENDER_SPECIAL)
@@ -258,38 +279,3 @@ int Mesh::render(int flags, TList* list)
         return 0;
     }
     if (!visible)
-        return 0;
-    int result = 0;
-    if (flags & VRK_RENDER_SOLID)
-        result = renderNonTransparent(flags, list);
-    if (flags & VRK_RENDER_TRANSPARENT)
-        result = renderTransparent(flags, list);
-    if (flags & VRK_RENDER_TRANSPARENT_NOW)
-        result = renderTransparentImmediately(flags, list);
-    if (flags & VRK_RENDER_EFFECT)
-        result = renderEffect(flags, list);
-    return result;
-}
-
-int Mesh::createDisplayList()
-{
-    if (vrkGetRasterizer() != 0)
-        return 0;
-    for (uint32_t* list : {&displayList, &transparentDisplayList})
-    {
-        *list = static_cast<uint32_t>(vrkGenLists(1));
-        if (*list == 0)
-            return vrkPutToErrorLog(
-                "Cannot create displaylists, displaylists are all used (possible OpenGL error)!", 43);
-    }
-    return 0;
-}
-
-void Mesh::destroyDisplayList()
-{
-    if (vrkGetRasterizer() != 0 || displayList == 0)
-        return;
-    vrkDeleteLists(static_cast<int>(displayList), 1);
-    vrkDeleteLists(static_cast<int>(transparentDisplayList), 1);
-    displayList = transparentDisplayList = 0;
-}

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "animation/tracks.h"
+#include "rasterizer/d3d/d3dmesh.h"
 #include "scene/materialranges.h"
 #include "spatial/octreeedit.h"
 #include "vornik/animation/path.h"
@@ -304,6 +305,7 @@ int OGroup::copyMaterialFaceStructures(OGroup* target)
         MaterialFaceList* ranges = copyMaterialRanges(from->materialFaces);
         releaseMaterialRanges(to);
         to->materialFaces = ranges;
+        releaseD3DMesh(to->d3dMesh);
     }
     // The target's activeTList still names a list that is now gone; the host chooses another.
     shareTLists(*this, *target);

@@ -4,6 +4,7 @@
 #include <initializer_list>
 
 #include "core/facecorners.h"
+#include "rasterizer/d3d/d3dmesh.h"
 #include "vornik/animation/path.h"
 #include "vornik/core/errorlog.h"
 #include "vornik/scene/mesh.h"
@@ -53,6 +54,7 @@ static float largestSide(const Mesh& mesh)
 
 static void scaleMesh(Mesh* mesh, float scale)
 {
+    releaseD3DMesh(mesh->d3dMesh);
     for (int i = 0; mesh->calculatedVertices && i < mesh->vertexCount; i++)
         mesh->calculatedVertices[i] *= scale;
     mesh->position *= scale;

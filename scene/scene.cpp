@@ -3,10 +3,17 @@
 #include "vornik/scene/scene.h"
 
 #include <algorithm>
+#include <iterator>
 #include <new>
 
+#include "rasterizer/d3d/d3drasterizer.h"
+#include "rasterizer/d3d/textures.h"
+#include "vornik/assets/texture.h"
+#include "vornik/assets/tlist.h"
 #include "vornik/core/errorlog.h"
+#include "vornik/rasterizer/startup.h"
 #include "vornik/rasterizer/state.h"
+#include "vornik/scene/material.h"
 #include "vornik/scene/object.h"
 #include "vornik/scene/ogroup.h"
 
@@ -80,6 +87,36 @@ int Scene::setCamera(OGroup* group, int cameraIndex)
     camera = group->cameras[cameraIndex];
     vrkSetFOV(camera);
     return 0;
+}
+
+static void drawOnce(const Texture* texture)
+{
+    D3DRasterizer* d3d = selectedDirect3D();
+    if (!d3d || !texture)
+        return;
+    static const D3DScreenVertex quad[] = {{0.0f, 64.0f, 1.0f, 1.0f, 0xFFFFFFFF, 0, 0.0f, 1.0f},
+                                           {0.0f, 0.0f, 1.0f, 1.0f, 0xFFFFFFFF, 0, 0.0f, 0.0f},
+                                           {64.0f, 64.0f, 1.0f, 1.0f, 0xFFFFFFFF, 0, 1.0f, 1.0f},
+                                           {64.0f, 0.0f, 1.0f, 1.0f, 0xFFFFFFFF, 0, 1.0f, 0.0f}};
+    const int frames = std::min<int>(texture->frameCount, int(std::size(texture->textureIDs)));
+    for (int frame = 0; frame < frames; frame++)
+    {
+        d3d->setTexture(textureSurface(static_cast<uint32_t>(texture->textureIDs[frame])));
+        d3d->drawStrip(quad);
+    }
+}
+
+void Scene::prepareMaterialsForDX()
+{
+    vrkClear();
+    vrkDXBeginScene();
+    for (int g = 0; g < groupCount; g++)
+        for (int t = 0; groups[g] && t < groups[g]->tlistCount; t++)
+            if (const TList* list = groups[g]->tlists[t])
+                for (const Material* material = list->first; material; material = material->next)
+                    drawOnce(material->firstTexture);
+    vrkDXEndScene();
+    vrkSwapBuffers();
 }
 
 int Scene::render(int flags)

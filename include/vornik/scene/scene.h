@@ -71,6 +71,10 @@ public:
     /// Draws the group in one slot; an empty or missing slot draws nothing. @return 0
     int render(int groupId, int flags);
 
+    /// Draws every image of every group once, so that Direct3D has them in video memory before the first real
+    /// frame. Clears and shows a frame on any rasterizer.
+    void prepareMaterialsForDX();
+
     // Ray-traced light over all groups, in lighting/vertexlight.cpp. Writes lightColors only: call
     // OGroup::applyLights on each group to see it.
 

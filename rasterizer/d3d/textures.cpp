@@ -1,0 +1,125 @@
+#include "rasterizer/d3d/textures.h"
+
+#include <cstdio>
+#include <new>
+
+#include "rasterizer/d3d/choose.h"
+#include "rasterizer/d3d/constants.h"
+#include "rasterizer/d3d/pixels.h"
+
+// Frees the list when the process ends, from its tail on. Surfaces that still stand then belong to a device
+// that the host never stopped; by now the library may be gone, so they are left to the system.
+struct TextureList
+{
+    D3DTextureEntry* newest = nullptr;
+
+    ~TextureList()
+    {
+        while (newest)
+        {
+            D3DTextureEntry** last = &newest;
+            while ((*last)->next)
+                last = &(*last)->next;
+            (void)(*last)->surface.release();
+            delete *last;
+            *last = nullptr;
+        }
+    }
+};
+
+static TextureList textures;
+
+D3DTextureEntry* findTexture(uint32_t textureName)
+{
+    for (D3DTextureEntry* entry = textures.newest; entry; entry = entry->next)
+        if (entry->textureName == textureName)
+            return entry;
+    return nullptr;
+}
+
+static std::vector<uint32_t> packedPixels(int width, int height, const uint8_t* rgba)
+{
+    std::vector<uint32_t> pixels(static_cast<size_t>(width) * static_cast<size_t>(height));
+    for (uint32_t& pixel : pixels)
+    {
+        pixel = uint32_t(rgba[0]) << 24 | uint32_t(rgba[1]) << 16 | uint32_t(rgba[2]) << 8 | rgba[3];
+        rgba += 4;
+    }
+    return pixels;
+}
+
+D3DTextureEntry* addTexture(uint32_t textureName, const char* file, int width, int height,
+                            const uint8_t* rgba, uint32_t flags)
+try
+{
+    if (D3DTextureEntry* known = findTexture(textureName))
+        return known;
+    auto entry = std::make_unique<D3DTextureEntry>();
+    std::snprintf(entry->name, sizeof entry->name, "%s", file);
+    entry->width = width;
+    entry->height = height;
+    entry->bitsPerPixel = 32;
+    entry->flags = flags;
+    entry->mipmap = flags & textureWithMipMaps;
+    entry->textureName = textureName;
+    entry->pixels = packedPixels(width, height, rgba);
+    entry->next = textures.newest;
+    return textures.newest = entry.release();
+}
+catch (const std::bad_alloc&)
+{
+    return nullptr;
+}
+
+static void fillSurface(const D3DTextureEntry& entry, D3DTextureSurface* surface)
+{
+    const D3DImage image = {entry.width, entry.height, entry.pixels.data()};
+    for (int i = 0; i < surface->levelCount(); ++i)
+    {
+        D3DTextureSurface::Level level;
+        if (!surface->lock(i, &level))
+            continue;
+        copyToLevel(image, level, surface->format());
+        surface->unlock(i);
+    }
+}
+
+uint32_t buildTexture(D3DTextureEntry* entry, const D3DTextureTarget& target)
+{
+    entry->surface.reset();
+    if (!target.device)
+        return d3d::invalidArgument;
+
+    const std::vector<D3DPixelFormat> formats = target.device->textureFormats();
+    const D3DPixelFormat* format = chooseTextureFormat(formats, entry->flags & textureOf32Bits ? 32 : 16,
+                                                       entry->flags & textureWithAlpha);
+    if (!format)
+        return d3d::failed;
+
+    const D3DSize size = textureSize(entry->width, entry->height, target.caps);
+    const D3DTextureRequest request = {size.width,    size.height,      entry->mipmap ? mipLevels(size) : 1,
+                                       entry->mipmap, !target.hardware, *format};
+    entry->surface = target.device->createTexture(request);
+    if (!entry->surface)
+        return d3d::outOfMemory;
+    fillSurface(*entry, entry->surface.get());
+    return d3d::ok;
+}
+
+void buildAllTextures(const D3DTextureTarget& target)
+{
+    for (D3DTextureEntry* entry = textures.newest; entry; entry = entry->next)
+        buildTexture(entry, target);
+}
+
+void releaseAllTextures()
+{
+    for (D3DTextureEntry* entry = textures.newest; entry; entry = entry->next)
+        entry->surface.reset();
+}
+
+D3DTextureSurface* textureSurface(uint32_t textureName)
+{
+    const D3DTextureEntry* entry = findTexture(textureName);
+    return entry ? entry->surface.get() : nullptr;
+}

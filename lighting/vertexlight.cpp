@@ -219,7 +219,7 @@ void OGroup::applyLights()
             color.g = applied(light.g, exponent);
             color.b = applied(light.b, exponent);
         }
-        if (vrkGetRasterizer() == 1 && !showOnDirect3D(mesh))
+        if (selectedDirect3D() && !showOnDirect3D(mesh))
             return;
     }
 }

@@ -1,4 +1,4 @@
-// Text by display lists of bitmaps.
+// Text by display lists of bitmaps; Direct3D has the window system write it.
 
 #include "vornik/rasterizer/font.h"
 
@@ -10,6 +10,7 @@
 #include <cstring>
 
 #include "platform/font.h"
+#include "rasterizer/d3d/d3drasterizer.h"
 #include "vornik/core/errorlog.h"
 #include "vornik/rasterizer/faces.h"
 #include "vornik/rasterizer/startup.h"
@@ -115,4 +116,6 @@ void vrkWrite(float x, float y, Color* c, const char* format, ...)
 
     if (vrkSelectedRasterizer == 0)
         writeBitmaps(x, vrkViewport.height - y, *c, text);
+    else if (D3DRasterizer* d3d = selectedDirect3D())
+        d3d->write(x, y, *c, text);
 }

@@ -11,9 +11,13 @@
 
 #include <initializer_list>
 
+#include "rasterizer/d3d/constants.h"
+#include "rasterizer/d3d/d3drasterizer.h"
+#include "rasterizer/d3d/packedcolor.h"
 #include "rasterizer/texturename.h"
 #include "vornik/rasterizer/startup.h"
 #include "vornik/rasterizer/state.h"
+#include "vornik/rasterizer/texture.h"
 #include "vornik/scene/material.h"
 
 static void setSwitch(GLenum name, bool on)
@@ -239,6 +243,23 @@ void vrkDrawFilledBox(Vertex2D* a, Vertex2D* b, Color* c)
     }
 }
 
+// On the far plane of Direct3D's depths, which is where the vertices of the overlay lie.
+static D3DScreenVertex screenVertex(float x, float y, uint32_t color, float u = 0.0f, float v = 0.0f)
+{
+    return {x, y, 1.0f, 1.0f, color, 0, u, v};
+}
+
+static void drawBoxOnDirect3D(D3DRasterizer& d3d, const Vertex2D& a, const Vertex2D& b, Color* c1, Color* c2,
+                              Color* c3, Color* c4)
+{
+    const uint32_t words[] = {packLimited(c1), packLimited(c2), packLimited(c3), packLimited(c4)};
+    d3d.setTexture(nullptr);
+    d3d.setStageState(d3d::alphaArg1, d3d::argDiffuse);
+    d3d.setStageState(d3d::alphaOp, d3d::selectArg1);
+    d3d.drawStrip({screenVertex(a.x, b.y, words[3]), screenVertex(a.x, a.y, words[0]),
+                   screenVertex(b.x, b.y, words[2]), screenVertex(b.x, a.y, words[1])});
+}
+
 void vrkDrawFilledBox(Vertex2D* a, Vertex2D* b, Color* c1, Color* c2, Color* c3, Color* c4)
 {
     if (!a || !b || !c1 || !c2 || !c3 || !c4)
@@ -248,6 +269,8 @@ void vrkDrawFilledBox(Vertex2D* a, Vertex2D* b, Color* c1, Color* c2, Color* c3,
         mirror(a, b);
         drawOnFarPlane([&] { sendBox(*a, *b, {c1, c2, c3, c4}); });
     }
+    else if (D3DRasterizer* d3d = selectedDirect3D())
+        drawBoxOnDirect3D(*d3d, *a, *b, c1, c2, c3, c4);
 }
 
 // Textures lie untransformed on images; the projection waits on its stack.
@@ -301,6 +324,28 @@ static void drawImage(float x, float y, const Material& material, const Color& c
     endImage();
 }
 
+// Unturned. Between levels nothing is blended, and of them only the first is looked at.
+static void drawImageOnDirect3D(D3DRasterizer& d3d, const Vertex3D& position, const Material& material,
+                                Color* c, float width, float height)
+{
+    const uint32_t word = packLimited(c);
+    const float right = position.x + width;
+    const float bottom = position.y + height;
+    vrkSetTexture(material.firstTexture);
+    d3d.setColorStage(0, d3d::modulate, d3d::argTexture, d3d::argDiffuse);
+    d3d.setAlphaStage(0, d3d::modulate, d3d::argTexture, d3d::argDiffuse);
+    const uint32_t minFilter = d3d.stageState(d3d::minFilter);
+    const uint32_t mipFilter = d3d.stageState(d3d::mipFilter);
+    d3d.setStageState(d3d::minFilter, d3d::filterLinear);
+    d3d.setStageState(d3d::mipFilter, d3d::mipNone);
+    d3d.drawStrip({screenVertex(position.x, bottom, word, 0.0f, 0.0f),
+                   screenVertex(position.x, position.y, word, 0.0f, 1.0f),
+                   screenVertex(right, bottom, word, 1.0f, 0.0f),
+                   screenVertex(right, position.y, word, 1.0f, 1.0f)});
+    d3d.setStageState(d3d::minFilter, minFilter);
+    d3d.setStageState(d3d::mipFilter, mipFilter);
+}
+
 void vrkDrawImage(Vertex3D* position, Material* material, Color* c, float width, float height,
                   bool /*unused*/, float rotation)
 {
@@ -311,6 +356,8 @@ void vrkDrawImage(Vertex3D* position, Material* material, Color* c, float width,
     const ImageSwitches switches;
     if (vrkSelectedRasterizer == 0)
         drawImage(h + position->x, (vrkViewport.height - v) - position->y, *material, *c, h, v, rotation);
+    else if (D3DRasterizer* d3d = selectedDirect3D())
+        drawImageOnDirect3D(*d3d, *position, *material, c, 2.0f * h, 2.0f * v);
 }
 
 void vrkDrawImageWithoutYConversion(Vertex3D* position, Material* material, Color* c, float width,

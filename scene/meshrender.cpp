@@ -269,7 +269,7 @@ static int renderOnDirect3D(Mesh& mesh, int flags, TList* list)
 
 int Mesh::render(int flags, TList* list)
 {
-    if (vrkGetRasterizer() == 1)
+    if (selectedDirect3D())
         return renderOnDirect3D(*this, flags, list);
     if (vrkGetRasterizer() != 0)
         return 0;
@@ -279,3 +279,38 @@ int Mesh::render(int flags, TList* list)
         return 0;
     }
     if (!visible)
+        return 0;
+    int result = 0;
+    if (flags & VRK_RENDER_SOLID)
+        result = renderNonTransparent(flags, list);
+    if (flags & VRK_RENDER_TRANSPARENT)
+        result = renderTransparent(flags, list);
+    if (flags & VRK_RENDER_TRANSPARENT_NOW)
+        result = renderTransparentImmediately(flags, list);
+    if (flags & VRK_RENDER_EFFECT)
+        result = renderEffect(flags, list);
+    return result;
+}
+
+int Mesh::createDisplayList()
+{
+    if (vrkGetRasterizer() != 0)
+        return 0;
+    for (uint32_t* list : {&displayList, &transparentDisplayList})
+    {
+        *list = static_cast<uint32_t>(vrkGenLists(1));
+        if (*list == 0)
+            return vrkPutToErrorLog(
+                "Cannot create displaylists, displaylists are all used (possible OpenGL error)!", 43);
+    }
+    return 0;
+}
+
+void Mesh::destroyDisplayList()
+{
+    if (vrkGetRasterizer() != 0 || displayList == 0)
+        return;
+    vrkDeleteLists(static_cast<int>(displayList), 1);
+    vrkDeleteLists(static_cast<int>(transparentDisplayList), 1);
+    displayList = transparentDisplayList = 0;
+}

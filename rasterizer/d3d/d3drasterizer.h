@@ -83,6 +83,9 @@ public:
     bool isEnabled(int value);
     void setRenderState(uint32_t state, uint32_t value);
     void setRenderState(uint32_t state, float value);
+    /// Of texture stage 0.
+    void setStageState(uint32_t kind, uint32_t value);
+    uint32_t stageState(uint32_t kind);
     void setColorStage(uint32_t stage, uint32_t operation, uint32_t arg1, uint32_t arg2);
     void setAlphaStage(uint32_t stage, uint32_t operation, uint32_t arg1, uint32_t arg2);
     void setBlend(uint32_t source, uint32_t destination);

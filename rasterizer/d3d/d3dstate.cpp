@@ -86,6 +86,17 @@ void D3DRasterizer::setRenderState(uint32_t state, float value)
     setRenderState(state, std::bit_cast<uint32_t>(value));
 }
 
+void D3DRasterizer::setStageState(uint32_t kind, uint32_t value)
+{
+    if (device)
+        device->setStageState(0, kind, value);
+}
+
+uint32_t D3DRasterizer::stageState(uint32_t kind)
+{
+    return device ? device->stageState(0, kind) : 0;
+}
+
 void D3DRasterizer::setColorStage(uint32_t stage, uint32_t operation, uint32_t arg1, uint32_t arg2)
 {
     if (!device)

@@ -7,27 +7,33 @@
 #include "rasterizer/d3d/constants.h"
 #include "rasterizer/d3d/pixels.h"
 
-// Frees the list when the process ends, from its tail on. Surfaces that still stand then belong to a device
-// that the host never stopped; by now the library may be gone, so they are left to the system.
+// Frees the list when the process ends.
 struct TextureList
 {
     D3DTextureEntry* newest = nullptr;
 
-    ~TextureList()
-    {
-        while (newest)
-        {
-            D3DTextureEntry** last = &newest;
-            while ((*last)->next)
-                last = &(*last)->next;
-            (void)(*last)->surface.release();
-            delete *last;
-            *last = nullptr;
-        }
-    }
+    ~TextureList() { forgetAllTextures(); }
 };
 
 static TextureList textures;
+
+// From the end of the list on, for which the list is turned round first.
+void forgetAllTextures()
+{
+    D3DTextureEntry* oldest = nullptr;
+    while (D3DTextureEntry* entry = textures.newest)
+    {
+        textures.newest = entry->next;
+        entry->next = oldest;
+        oldest = entry;
+    }
+    while (D3DTextureEntry* entry = oldest)
+    {
+        oldest = entry->next;
+        (void)entry->surface.release();
+        delete entry;
+    }
+}
 
 D3DTextureEntry* findTexture(uint32_t textureName)
 {

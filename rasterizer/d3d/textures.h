@@ -55,5 +55,8 @@ uint32_t buildTexture(D3DTextureEntry* entry, const D3DTextureTarget& target);
 void buildAllTextures(const D3DTextureTarget& target);
 /// Releases all surfaces; the images stay.
 void releaseAllTextures();
+/// Forgets all images, as the end of the process does. Surfaces that still stand then belong to a device that
+/// the host never stopped; the library may be gone before them, so they are left to the system.
+void forgetAllTextures();
 /// The surface of a name, or null.
 D3DTextureSurface* textureSurface(uint32_t textureName);

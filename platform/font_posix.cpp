@@ -8,6 +8,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 #include "platform/fontglyphs.h"
 #include "platform/glcontext.h"
@@ -26,31 +27,35 @@ static constexpr uint8_t rowBits(const char* pixels)
 // The bitmaps of all 128 codes; those of control codes are empty.
 static constexpr std::array<Glyph, 128> readSheet()
 {
-    std::array<Glyph, 128> glyphs = {};
-    for (int i = 0; i < glyphBands * glyphsInBand; ++i)
+    std::array<Glyph, 128> all = {};
+    for (size_t i = 0; i < glyphBands * glyphsInBand; ++i)
     {
         const char* const* band = glyphSheet[i / glyphsInBand];
-        const int left = i % glyphsInBand * (glyphWidth + 1);
-        for (int row = 0; row < glyphHeight; ++row)
-            glyphs[static_cast<size_t>(firstGlyph + i)][static_cast<size_t>(glyphHeight - 1 - row)] =
-                rowBits(band[row] + left);
+        const size_t left = i % glyphsInBand * (glyphWidth + 1);
+        for (size_t row = 0; row < glyphHeight; ++row)
+            all[firstGlyph + i][glyphHeight - 1 - row] = rowBits(band[row] + left);
     }
-    return glyphs;
+    return all;
 }
 
-// Bands of equal rows, drawn in two characters with gaps between the cells.
+// Is a row one of eight cells, drawn in two characters, with gaps between them?
+static constexpr bool isBandRow(std::string_view row)
+{
+    for (size_t x = 0; x < row.size(); ++x)
+    {
+        const bool gap = x % (glyphWidth + 1) == glyphWidth;
+        if (gap ? row[x] != ' ' : row[x] != '#' && row[x] != '.')
+            return false;
+    }
+    return row.size() == glyphsInBand * (glyphWidth + 1) - 1;
+}
+
 static constexpr bool sheetIsWhole()
 {
     for (const auto& band : glyphSheet)
         for (const char* row : band)
-            for (int x = 0; x <= glyphsInBand * (glyphWidth + 1) - 1; ++x)
-            {
-                const bool end = x == glyphsInBand * (glyphWidth + 1) - 1;
-                const bool gap = x % (glyphWidth + 1) == glyphWidth;
-                const char pixel = row[x];
-                if (end ? pixel != 0 : gap ? pixel != ' ' : pixel != '#' && pixel != '.')
-                    return false;
-            }
+            if (!isBandRow(row))
+                return false;
     return true;
 }
 

@@ -151,7 +151,8 @@ void Mesh::calcWindowCoords()
     for (int i = 0; i < vertexCount; ++i)
     {
         const Vertex3D& v = originalVertices[i];
-        double x = 0.0, y = 0.0, z = 0.0;
+        // A vertex level with the eye has no place, and stays off the window.
+        double x = -1.0, y = -1.0, z = -1.0;
         gluProject(v.x, v.y, v.z, modelView, projection, viewport, &x, &y, &z);
         calculatedVertices[i] = {static_cast<float>(x), static_cast<float>(y), static_cast<float>(z)};
     }

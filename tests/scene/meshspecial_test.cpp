@@ -338,6 +338,16 @@ TEST_F(Glow, MissingPartsDrawNothing)
     EXPECT_EQ(bare.renderSpecial(0, &list), 0);
 }
 
+TEST_F(Glow, LevelWithTheEyeItIsOffTheWindow)
+{
+    mesh->originalVertices[0] = {3, 2, 0};
+    mesh->specialFade = 0.5f;
+    GLRecorder gl;
+    frames(1);
+    EXPECT_EQ(mesh->specialFade, 0.0f);
+    EXPECT_EQ(gl.count("glBegin"), 0);
+}
+
 TEST_F(Glow, APlaceThatIsNoNumberIsOffTheWindow)
 {
     const float nothing = std::numeric_limits<float>::quiet_NaN();

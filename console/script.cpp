@@ -55,12 +55,13 @@ String Console::readln(FILE* file)
     return line;
 }
 
-// The command of a script's line, without blanks around it.
-static std::string commandOf(const String& line)
+int Console::parseScriptLine(String line)
 {
+    if (line.charAt(0) != '#')
+        return 0;
     String command = line.subString(1, VRK_CONSOLE_LINE).trim();
-    const std::string text(command.toChar(), static_cast<size_t>(command.length()));
-    return text.substr(0, text.find_last_not_of(' ') + 1); // trim leaves those at the end
+    const std::string typed(command.toChar(), static_cast<size_t>(command.length()));
+    return parse(typed.substr(0, typed.find_last_not_of(' ') + 1).c_str()); // trim leaves blanks at the end
 }
 
 int Console::readScript(const char* fileName)
@@ -75,11 +76,7 @@ int Console::readScript(const char* fileName)
     if (!file)
         return vrkPutToErrorLog("Script file not found!", 31);
     while (!std::feof(file) && !std::ferror(file))
-    {
-        const String line = readln(file);
-        if (line.charAt(0) == '#')
-            parse(commandOf(line).c_str());
-    }
+        parseScriptLine(readln(file));
     std::fclose(file);
     return 0;
 }

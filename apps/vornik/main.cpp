@@ -8,6 +8,7 @@
 
 #include "apps/vornik/arguments.h"
 #include "apps/vornik/bake.h"
+#include "apps/vornik/console.h"
 #include "apps/vornik/info.h"
 #include "apps/vornik/packcommand.h"
 #include "apps/vornik/render.h"
@@ -28,6 +29,7 @@ static BakeOptions bakeOptions;
 static ViewOptions viewOptions;
 #endif
 static InfoOptions infoOptions;
+static ConsoleOptions consoleOptions;
 
 static void addLoadOptions(CLI::App* command, LoadOptions* load)
 {
@@ -262,6 +264,30 @@ static CLI::App* addInfo(CLI::App* app, InfoOptions* options)
     return command;
 }
 
+static CLI::App* addConsole(CLI::App* app, ConsoleOptions* options)
+{
+    static std::string size = "1280x720";
+    CLI::App* command = app->add_subcommand("console", "Command the engine, line by line");
+    command->footer(
+        "Examples:\n"
+        "  vornik console\n"
+        "  vornik console setup.txt\n"
+        "  printf 'LOAD3DS harbour.3ds .\\nSCENEINFO\\n' | vornik console\n"
+        "In a script the commands begin with a #. HELP lists them.\n"
+        "Exit status: 0 done, 1 a file can't be read, 2 a wrong command line; of a script or of piped\n"
+        "lines the number of the first that failed: 18 no such command, 21 words are missing,\n"
+        "26 nothing is loaded, 52 a value out of range.");
+    command->add_option("SCRIPT", options->script,
+                        "Script to run, - for standard input (lines that are typed)");
+    command->add_option("--size", size, "Width and height of what EVAL SHOT draws, in pixels")
+        ->check(parsedBy([options](const std::string& text)
+                         { return parseSize(text, &options->width, &options->height); },
+                         "WIDTHxHEIGHT, each from 1 to 16384"))
+        ->type_name("WxH")
+        ->capture_default_str();
+    return command;
+}
+
 static int runCommand(int argc, char** argv)
 {
     CLI::App app("Vornik, a real-time 3D engine: look at .3DS scenes from the command line.", "vornik");
@@ -271,6 +297,7 @@ static int runCommand(int argc, char** argv)
     CLI::App* renderCommand = addRender(&app, &renderOptions);
     CLI::App* infoCommand = addInfo(&app, &infoOptions);
     CLI::App* bakeCommand = addBake(&app, &bakeOptions);
+    CLI::App* consoleCommand = addConsole(&app, &consoleOptions);
     const std::function<int()> runPack = addPack(&app);
 #ifdef VORNIK_VIEWER
     const CLI::App* viewCommand = addView(&app, &viewOptions);
@@ -308,6 +335,8 @@ static int runCommand(int argc, char** argv)
         bakeOptions.load.keyframes = !bakeOptions.load.classic;
         return bake(bakeOptions);
     }
+    if (consoleCommand->parsed())
+        return console(consoleOptions);
     if (!infoCommand->parsed())
         return runPack();
     infoOptions.load.keyframes = false; // dummies and instances are no meshes of the file

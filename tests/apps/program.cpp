@@ -60,11 +60,12 @@ static std::string commandLine(const std::string& folder, const std::vector<std:
     return command;
 }
 
-RunResult ProgramTest::run(const std::vector<std::string>& arguments) const
+RunResult ProgramTest::run(const std::vector<std::string>& arguments, const std::string& input) const
 {
     const TempFolder streams;
-    const std::string command = commandLine(folder.root(), arguments) + " < /dev/null > " +
-                                quoted(streams.path("out")) + " 2> " + quoted(streams.path("err"));
+    const std::string command = commandLine(folder.root(), arguments) + " < " +
+                                quoted(streams.write("in", input)) + " > " + quoted(streams.path("out")) +
+                                " 2> " + quoted(streams.path("err"));
     const int status = std::system(command.c_str());
     RunResult result;
     result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
@@ -73,9 +74,15 @@ RunResult ProgramTest::run(const std::vector<std::string>& arguments) const
     return result;
 }
 
-std::string ProgramTest::runOnTerminal(const std::vector<std::string>& arguments) const
+static bool promptWaits(const std::string& shown)
 {
-    const std::string command = commandLine(folder.root(), arguments);
+    return shown.size() >= 2 && shown.compare(shown.size() - 2, 2, "> ") == 0;
+}
+
+std::string ProgramTest::runOnTerminal(const std::vector<std::string>& arguments,
+                                       const std::vector<std::string>& keys) const
+{
+    const std::string command = "export TERM=xterm; " + commandLine(folder.root(), arguments);
     int terminal = -1;
     const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
     if (child == 0)
@@ -84,10 +91,19 @@ std::string ProgramTest::runOnTerminal(const std::vector<std::string>& arguments
         _exit(127);
     }
     std::string shown;
+    size_t pressed = 0;
     char buffer[4096];
     ssize_t got;
     while (child > 0 && (got = read(terminal, buffer, sizeof buffer)) > 0)
+    {
         shown.append(buffer, static_cast<size_t>(got));
+        if (pressed < keys.size() && promptWaits(shown))
+        {
+            const std::string& key = keys[pressed++];
+            if (::write(terminal, key.data(), key.size()) < 0)
+                break;
+        }
+    }
     int status = 0;
     waitpid(child, &status, 0);
     close(terminal);

@@ -53,10 +53,12 @@ struct Bitmap
 class ProgramTest : public ::testing::Test
 {
 protected:
-    /// Runs vornik with arguments; standard error is a file.
-    RunResult run(const std::vector<std::string>& arguments) const;
-    /// Runs vornik on a terminal. @return what appeared on it
-    std::string runOnTerminal(const std::vector<std::string>& arguments) const;
+    /// Runs vornik with arguments and standard input; standard error is a file.
+    RunResult run(const std::vector<std::string>& arguments, const std::string& input = "") const;
+    /// Runs vornik on a terminal. @param keys  pressed one after the other, each when a prompt "> " waits
+    /// @return what appeared on it
+    std::string runOnTerminal(const std::vector<std::string>& arguments,
+                              const std::vector<std::string>& keys = {}) const;
     /// Writes a scene into the folder. @return its name
     std::string write(const std::string& name, const Scene3ds& scene) const;
     /// Renders a file and decodes the picture, 120 by 90 on black with one sample unless the options say

@@ -68,6 +68,20 @@ TEST_F(Script, ALastLineWithoutEndDoublesItsLastCharacter)
                                      ">HELL\nCommand not found!\n" + parseFailed);
 }
 
+TEST_F(Script, HostsMayFeedLinesThemselves)
+{
+    EXPECT_EQ(console.parseScriptLine("# info  "), 0);
+    EXPECT_EQ(drained(console), ">info\nVornik Console v0.1\n");
+    EXPECT_EQ(console.parseScriptLine("#FOV 500"), 52);
+    EXPECT_EQ(console.parseScriptLine("#SET"), 21);
+    EXPECT_EQ(console.parseScriptLine("#"), 18);
+    drained(console);
+    EXPECT_EQ(console.parseScriptLine("SET"), 0);
+    EXPECT_EQ(console.parseScriptLine(""), 0);
+    EXPECT_EQ(console.parseScriptLine(String(std::string(1024, '#').c_str())), 18);
+    EXPECT_EQ(drained(console), ">" + std::string(254, '#') + "\nCommand not found!\n" + parseFailed);
+}
+
 TEST_F(Script, LinesAreReadOneByOne)
 {
     EXPECT_EQ(lines("ab\ncd\n"), (Lines{"ab", "cd", ""}));

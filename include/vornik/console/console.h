@@ -144,6 +144,9 @@ public:
     /// @return 0; 31 when the file can't be opened; 18 when too many scripts run inside one another or in
     /// all, both logged
     int readScript(const char* fileName);
+    /// Obeys one line of a script, for hosts that read scripts themselves: the command behind a '#', without
+    /// blanks around it. Any other line is a comment. @return what parse returns; 0 for a comment
+    int parseScriptLine(String line);
     /// The next line of a script: up to a carriage return, a line feed, an escape or the end of the file, cut
     /// to 255 characters. The last character of a file that doesn't end its last line comes twice.
     String readln(FILE* file);

@@ -1,0 +1,63 @@
+// Embree, one ray at a time on one thread. Both sides of a face are hit.
+
+#include <embree3/rtcore.h>
+
+#include "bench/peers/peer.h"
+
+static RTCScene sceneOf(const std::vector<Corners>& triangles)
+{
+    RTCDevice device = rtcNewDevice("threads=1");
+    RTCScene scene = rtcNewScene(device);
+    RTCGeometry geometry = rtcNewGeometry(device, RTC_GEOMETRY_TYPE_TRIANGLE);
+    auto* vertices = static_cast<Corners*>(rtcSetNewGeometryBuffer(
+        geometry, RTC_BUFFER_TYPE_VERTEX, 0, RTC_FORMAT_FLOAT3, sizeof(Vertex3D), triangles.size() * 3));
+    auto* indices = static_cast<unsigned*>(rtcSetNewGeometryBuffer(
+        geometry, RTC_BUFFER_TYPE_INDEX, 0, RTC_FORMAT_UINT3, 3 * sizeof(unsigned), triangles.size()));
+    std::copy(triangles.begin(), triangles.end(), vertices);
+    for (unsigned i = 0; i < triangles.size() * 3; ++i)
+        indices[i] = i;
+    rtcCommitGeometry(geometry);
+    rtcAttachGeometry(scene, geometry);
+    rtcCommitScene(scene);
+    return scene;
+}
+
+static RTCRay toEmbree(const Ray& ray)
+{
+    RTCRay r = {};
+    r.org_x = ray.start.x;
+    r.org_y = ray.start.y;
+    r.org_z = ray.start.z;
+    r.dir_x = ray.end.x - ray.start.x;
+    r.dir_y = ray.end.y - ray.start.y;
+    r.dir_z = ray.end.z - ray.start.z;
+    r.tfar = 1;
+    r.mask = ~0u;
+    return r;
+}
+
+Peer makeEmbree(const std::vector<Corners>& triangles)
+{
+    const double begin = processorSeconds();
+    RTCScene scene = sceneOf(triangles);
+    const double built = processorSeconds() - begin;
+    const auto nearest = [scene](const Ray& ray)
+    {
+        RTCIntersectContext context;
+        rtcInitIntersectContext(&context);
+        RTCRayHit hit = {};
+        hit.ray = toEmbree(ray);
+        hit.hit.geomID = RTC_INVALID_GEOMETRY_ID;
+        rtcIntersect1(scene, &context, &hit);
+        return hit.hit.geomID != RTC_INVALID_GEOMETRY_ID;
+    };
+    const auto any = [scene](const Ray& ray)
+    {
+        RTCIntersectContext context;
+        rtcInitIntersectContext(&context);
+        RTCRay r = toEmbree(ray);
+        rtcOccluded1(scene, &context, &r);
+        return r.tfar < 0;
+    };
+    return {"Embree single rays", built, nearest, any, nullptr};
+}

@@ -33,6 +33,10 @@ FormatResult vrkPlatformSetFormat(VRKDeviceContext device, const SurfaceBits& wa
 /// What the format has; zeros without one.
 SurfaceBits vrkPlatformFormatBits(VRKDeviceContext device);
 
+/// Where the format draws by palette: makes it and selects it into the device. @return null where none is
+/// needed, or the system refuses
+VRKPalette vrkPlatformCreatePalette(VRKDeviceContext device);
+
 /// A context for the device. @return null if the device has no format or the system refuses
 VRKRenderingContext vrkPlatformCreateContext(VRKDeviceContext device);
 

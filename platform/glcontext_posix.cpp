@@ -57,6 +57,12 @@ SurfaceBits vrkPlatformFormatBits(VRKDeviceContext device)
     return device ? device->bits : SurfaceBits{0, 0, 0};
 }
 
+// No format that is chosen here draws through a palette.
+VRKPalette vrkPlatformCreatePalette(VRKDeviceContext)
+{
+    return nullptr;
+}
+
 VRKRenderingContext vrkPlatformCreateContext(VRKDeviceContext device)
 {
     void* context = device ? device->createContext() : nullptr;

@@ -169,7 +169,7 @@ int vrkInitViewport(VRKWindow window, int colorBits, int alphaBits, int depthBit
     {
         VRK_hDC = vrkPlatformOpenDevice(window);
         setPixelFormat({colorBits, alphaBits, depthBits});
-        // No format that is chosen here draws through a palette, so VRK_hPalette stays null.
+        VRK_hPalette = vrkPlatformCreatePalette(VRK_hDC);
         if (!createContext())
             return vrkPutToErrorLog("Fatal error, cannot create rendering context!", 41);
         measureViewport(window);

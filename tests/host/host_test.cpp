@@ -40,7 +40,7 @@ TEST_F(Host, OfTheOldestLanguageDraws)
     EXPECT_EQ(drawTriangle(64, 48), 0);
     EXPECT_GT(redAt(32, 20), 200);
     EXPECT_EQ(redAt(1, 46), 0);
-    EXPECT_NE(folder.read("VRKERROR.LOG"), "");
+    EXPECT_NE(folder.readText("VRKERROR.LOG"), "");
 }
 
 TEST_F(Host, HoldsManyGroups)

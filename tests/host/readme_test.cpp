@@ -45,7 +45,7 @@ TEST(Readme, HostDrawsAPicture)
     const TempFolder folder;
     folder.write("wall.3ds", build3ds(wall()));
     folder.write("maps/red.tga", writeTga(Picture(4, 4, 0xFF1000FF)));
-    ASSERT_EQ(run(folder, "wall.3ds maps/ picture.ppm"), 0) << folder.read("VRKERROR.LOG");
+    ASSERT_EQ(run(folder, "wall.3ds maps/ picture.ppm"), 0) << folder.readText("VRKERROR.LOG");
 
     const std::string picture = folder.read("picture.ppm");
     const std::string header = "P6 640 480 255\n";
@@ -61,7 +61,7 @@ TEST(Readme, HostSaysWhenAFileIsMissing)
 {
     const TempFolder folder;
     EXPECT_NE(run(folder, "none.3ds ./ picture.ppm"), 0);
-    EXPECT_NE(folder.read("VRKERROR.LOG"), "");
+    EXPECT_NE(folder.readText("VRKERROR.LOG"), "");
     EXPECT_EQ(folder.read("picture.ppm"), "");
     EXPECT_NE(run(folder, ""), 0);
 }

@@ -147,7 +147,7 @@ TEST_F(StartupTest, ShortStartUsesItsDefaults)
 
     EXPECT_EQ(vrkError.mode, 0);
     EXPECT_STREQ(vrkError.fileName, "VRKERROR.LOG");
-    const std::string lines = folder.read("VRKERROR.LOG");
+    const std::string lines = folder.readText("VRKERROR.LOG");
     EXPECT_EQ(lines.find("Requested Colorbits: 32 Alphabits: 0 Depthbits: 32\nResponse Colorbits: "), 0u)
         << lines;
     EXPECT_EQ(vrkGetFPS(), 100);
@@ -225,7 +225,7 @@ TEST_F(StartupTest, OtherNumberStartsASilentEngine)
     vrkDXEndScene();
     vrkUnInit3D();
     EXPECT_EQ(gl.calls(), Calls{});
-    EXPECT_EQ(folder.read("VRKERROR.LOG"), "");
+    EXPECT_EQ(folder.readText("VRKERROR.LOG"), "");
 }
 
 TEST_F(StartupTest, ViewportTakesTheSizeOfTheSurface)

@@ -27,8 +27,8 @@ extern "C"
     void* __real_malloc(size_t size);
     void* __real_calloc(size_t count, size_t size);
     void* __real_realloc(void* block, size_t size);
-    void* __real__Znwm(size_t size);
-    void* __real__Znam(size_t size);
+    void* realNew(size_t size) __asm__("__real_" VORNIK_NEW);
+    void* realNewArray(size_t size) __asm__("__real_" VORNIK_NEW_ARRAY);
 
     void* __wrap_malloc(size_t size)
     {
@@ -48,15 +48,17 @@ extern "C"
         return __real_realloc(block, size);
     }
 
-    void* __wrap__Znwm(size_t size)
+    void* wrapNew(size_t size) __asm__("__wrap_" VORNIK_NEW);
+    void* wrapNew(size_t size)
     {
         ++allocations;
-        return __real__Znwm(size);
+        return realNew(size);
     }
 
-    void* __wrap__Znam(size_t size)
+    void* wrapNewArray(size_t size) __asm__("__wrap_" VORNIK_NEW_ARRAY);
+    void* wrapNewArray(size_t size)
     {
         ++allocations;
-        return __real__Znam(size);
+        return realNewArray(size);
     }
 }

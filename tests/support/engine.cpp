@@ -4,9 +4,11 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <memory>
 #include <ostream>
 #include <sstream>
 
+#include "apps/vornik/surface.h"
 #include "tests/support/glrecorder.h"
 #include "vornik/core/errorlog.h"
 #include "vornik/rasterizer/startup.h"
@@ -26,7 +28,9 @@ bool isNear(const Pixel& a, const Pixel& b, int tolerance)
 static struct
 {
     VRKRenderingContext context = nullptr;
-    VRKNativeWindow window = {};
+    std::unique_ptr<Surface> surface;
+    int width = 0;
+    int height = 0;
     Viewport viewport = {};
 } started;
 
@@ -55,8 +59,10 @@ static void restoreState()
 static bool start(int width, int height)
 {
     started = {};
-    started.window = {nullptr, 0, width, height};
-    if (vrkInitViewport(&started.window, 32, 8, 24, false, 0, true) != 0)
+    started.surface = std::make_unique<Surface>(width, height);
+    started.width = width;
+    started.height = height;
+    if (vrkInitViewport(started.surface->window(), 32, 8, 24, false, 0, true) != 0)
         return false;
     started.context = VRK_hGLRC;
     started.viewport = vrkViewport;
@@ -72,8 +78,8 @@ void EngineTest::SetUp()
     const GLRecorder::Pause unheard;
     vrkInitErrorLog(3);
     vrkSelectRasterizer(0);
-    const bool same = started.context && VRK_hGLRC == started.context && started.window.width == width &&
-                      started.window.height == height;
+    const bool same =
+        started.context && VRK_hGLRC == started.context && started.width == width && started.height == height;
     ASSERT_TRUE(same || start(width, height)) << "OpenGL can't start off-screen on this machine";
 
     vrkViewport = started.viewport;
@@ -99,7 +105,7 @@ void EngineTest::TearDown()
 
 std::string EngineTest::log() const
 {
-    return folder.read("log");
+    return folder.readText("log");
 }
 
 bool EngineTest::logged(const std::string& line) const

@@ -5,14 +5,14 @@
 #include <GL/gl.h>
 #include <GL/glu.h>
 
-#include <dlfcn.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <type_traits>
 #include <utility>
+
+#include "tests/support/openglfunction.h"
 
 static std::vector<GLRecorder*> recorders;
 static int quiet = 0; // above 0 inside a GLU function or a Pause
@@ -410,13 +410,9 @@ static bool note(const char* function, const std::vector<Argument>& arguments)
     return pass;
 }
 
-// The program's own functions hide the library's, and a linker that keeps only needed libraries may have
-// dropped it, so it is opened by name.
 static void* library(const char* function)
 {
-    static void* const openGL = dlopen("libOpenGL.so.0", RTLD_NOW | RTLD_GLOBAL);
-    static void* const glu = dlopen("libGLU.so.1", RTLD_NOW | RTLD_GLOBAL);
-    void* found = dlsym(std::strncmp(function, "glu", 3) == 0 ? glu : openGL, function);
+    void* found = openGLFunction(function);
     if (!found)
     {
         std::fprintf(stderr, "%s: no such function in the OpenGL libraries\n", function);
@@ -427,7 +423,7 @@ static void* library(const char* function)
 
 // One stand-in: its type, name, parameters, the names to pass on, and how its arguments read.
 #define STAND_IN(type, function, parameters, arguments, ...)                                                 \
-    extern "C" type function parameters                                                                      \
+    extern "C" type APIENTRY function parameters                                                             \
     {                                                                                                        \
         static const auto real = reinterpret_cast<decltype(&function)>(library(#function));                  \
         if (listening() && !note(#function, {__VA_ARGS__}))                                                  \
@@ -436,7 +432,7 @@ static void* library(const char* function)
     }
 
 #define STAND_IN_GLU(type, function, parameters, arguments, ...)                                             \
-    extern "C" type function parameters                                                                      \
+    extern "C" type APIENTRY function parameters                                                             \
     {                                                                                                        \
         static const auto real = reinterpret_cast<decltype(&function)>(library(#function));                  \
         if (listening() && !note(#function, {__VA_ARGS__}))                                                  \
@@ -445,7 +441,7 @@ static void* library(const char* function)
         return real arguments;                                                                               \
     }
 
-extern "C" void glGenTextures(GLsizei n, GLuint* names)
+extern "C" void APIENTRY glGenTextures(GLsizei n, GLuint* names)
 {
     static const auto real = reinterpret_cast<decltype(&glGenTextures)>(library("glGenTextures"));
     if (!listening() || note("glGenTextures", {number(n), pointer(names)}))

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <iterator>
 
 #include "platform/jpeg.h"
 
@@ -65,7 +66,7 @@ std::vector<uint8_t> writeTga(const Picture& picture, const TgaOptions& options)
     out[15] = static_cast<uint8_t>(picture.height >> 8);
     out[16] = static_cast<uint8_t>(options.bits);
     out[17] = static_cast<uint8_t>((options.bits == 32 ? 8 : 0) | (options.topOrigin ? 0x20 : 0));
-    out.insert(out.end(), options.identification.begin(), options.identification.end());
+    std::copy(options.identification.begin(), options.identification.end(), std::back_inserter(out));
 
     for (int i = 0; i < picture.height; ++i)
     {

@@ -1,19 +1,21 @@
 #include "tests/support/tempfolder.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <stdexcept>
 
 namespace fs = std::filesystem;
 
 TempFolder::TempFolder()
 {
-    std::string name = (fs::temp_directory_path() / "vornik-XXXXXX").string();
-    if (!mkdtemp(name.data()))
-        throw std::runtime_error("no temporary folder: " + name);
-    folder = name;
+    std::random_device random;
+    fs::path path;
+    do
+        path = fs::temp_directory_path() / ("vornik-" + std::to_string(random()));
+    while (!fs::create_directory(path));
+    folder = path.generic_string();
 }
 
 TempFolder::~TempFolder()
@@ -43,8 +45,18 @@ std::string TempFolder::write(const std::string& name, const std::string& text) 
     return file.string();
 }
 
+static std::string readAll(const std::string& path, std::ios::openmode mode)
+{
+    std::ifstream stream(path, mode);
+    return std::string(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
+}
+
 std::string TempFolder::read(const std::string& name) const
 {
-    std::ifstream stream(path(name), std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
+    return readAll(path(name), std::ios::binary);
+}
+
+std::string TempFolder::readText(const std::string& name) const
+{
+    return readAll(path(name), std::ios::in);
 }

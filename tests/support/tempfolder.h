@@ -20,6 +20,8 @@ public:
     std::string write(const std::string& name, const std::string& text) const;
     /// Content of a file, empty if there is none.
     std::string read(const std::string& name) const;
+    /// The same for text, whose lines end in a line feed alone whatever the system writes.
+    std::string readText(const std::string& name) const;
 
     const std::string& root() const { return folder; }
 

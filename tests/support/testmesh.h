@@ -37,7 +37,7 @@ public:
     ~LogCapture() { vrkInitErrorLog(3); }
 
     /// All reports so far, each with its line feed.
-    std::string text() const { return folder.read("log"); }
+    std::string text() const { return folder.readText("log"); }
 
 private:
     TempFolder folder;

@@ -1,0 +1,46 @@
+// Windows ignores case and takes both kinds of slash by itself. What is left to us: folders and devices are
+// no files here either, and a scene may well name an image "CON.JPG".
+
+#include "platform/file.h"
+
+#include <climits>
+#include <cstdlib>
+#include <io.h>
+#include <windows.h>
+
+std::string vrkResolveName(const char* name)
+{
+    if (!name || !*name || GetFileAttributesA(name) == INVALID_FILE_ATTRIBUTES)
+        return "";
+    return name;
+}
+
+FILE* vrkOpenFile(const char* name, const char* mode)
+{
+    if (!name || !*name)
+        return nullptr;
+    FILE* file = std::fopen(name, mode);
+    if (!file)
+        return nullptr;
+    const HANDLE handle = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file)));
+    if (GetFileType(handle) == FILE_TYPE_DISK)
+        return file;
+    std::fclose(file);
+    return nullptr;
+}
+
+char* vrkReadFile(const char* name, size_t padding, size_t* size)
+{
+    FILE* file = vrkOpenFile(name, "rb");
+    if (!file)
+        return nullptr;
+
+    const __int64 length = _filelengthi64(_fileno(file));
+    char* block = nullptr;
+    if (length >= 0 && length <= INT_MAX)
+        block = static_cast<char*>(std::calloc(static_cast<size_t>(length) + padding + 1, 1));
+    if (block)
+        *size = std::fread(block, 1, static_cast<size_t>(length), file);
+    std::fclose(file);
+    return block;
+}

@@ -1,10 +1,6 @@
 // Interfaces of the system that are released once. Only the sources of rasterizer 1 on Windows include this.
 #pragma once
 
-#define WIN32_LEAN_AND_MEAN
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
 #define DIRECT3D_VERSION 0x0700
 #include <windows.h>
 

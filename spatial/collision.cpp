@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "scene/worldcorners.h"
+#include "spatial/packedtree.h"
 #include "vornik/assets/tlist.h"
 #include "vornik/scene/material.h"
 #include "vornik/scene/mesh.h"
@@ -16,15 +17,7 @@ enum
     listCapacity = 16384
 };
 
-struct Candidate
-{
-    Plane* plane;
-    float time;    ///< fraction of the move at which the sphere reaches the plane
-    int32_t order; ///< of candidates at one time the first found comes first
-};
-
 static octreeNode* leaves[listCapacity];
-static Candidate candidates[listCapacity];
 static Plane* planesHit[listCapacity];
 
 /// One move under way.
@@ -66,24 +59,6 @@ static bool meets(const Move& move, const Plane& plane, float* time)
     return t >= 0.0f && t <= 1.0f;
 }
 
-static int collect(const Move& move, int leafCount)
-{
-    int count = 0;
-    for (int i = 0; i < leafCount; ++i)
-        for (Plane* plane = leaves[i]->planes; plane && count < listCapacity; plane = plane->next)
-        {
-            float time = 0.0f;
-            if (plane->flag || !meets(move, *plane, &time))
-                continue;
-            candidates[count] = {plane, time, count};
-            ++count;
-        }
-    std::sort(candidates, candidates + count,
-              [](const Candidate& a, const Candidate& b)
-              { return a.time != b.time ? a.time < b.time : a.order < b.order; });
-    return count;
-}
-
 // Does the sphere's middle, seen along the face, lie in the triangle grown by the radius? Corners are
 // bevelled.
 static bool touches(const Move& move, WorldCorners* world, const PlaneList& member, Vertex3D* normal)
@@ -103,18 +78,96 @@ static bool touches(const Move& move, WorldCorners* world, const PlaneList& memb
     return true;
 }
 
-// The first plane that is hit, with the normal of the face; null if none is.
-static Plane* firstHit(const Move& move, int count, Vertex3D* normal)
+/// The plane that a move hits first: of those whose faces it touches the one that it meets earliest, and of
+/// several at one time the first in the leaves.
+class FirstHit
 {
-    WorldCorners world;
-    for (int i = 0; i < count; ++i)
+public:
+    explicit FirstHit(const Move& under) : move(under) {}
+
+    void consider(Plane* next)
     {
-        Plane* plane = candidates[i].plane;
-        for (int face = 0; plane->faces && face < plane->faceCount; ++face)
-            if (touches(move, &world, plane->faces[face], normal))
-                return plane;
+        float at = 0.0f;
+        if (met == listCapacity || next->flag || !meets(move, *next, &at))
+            return;
+        ++met;
+        if (plane && !(at < time))
+            return;
+        for (int face = 0; next->faces && face < next->faceCount; ++face)
+            if (touches(move, &world, next->faces[face], &normal))
+            {
+                plane = next;
+                time = at;
+                return;
+            }
     }
-    return nullptr;
+
+    Plane* plane = nullptr;               ///< null if none is hit
+    Vertex3D normal = {0.0f, 0.0f, 0.0f}; ///< of the face
+
+private:
+    const Move& move;
+    WorldCorners world;
+    float time = 0.0f;
+    int met = 0;
+};
+
+static void considerAll(const packed::Leaf& leaf, const Move& move, FirstHit* first)
+{
+    const packed::Sweep sweep = {move.old, move.position - move.old, move.radius};
+    Plane* some[64];
+    for (uint32_t i = 0; i < leaf.planeCount;)
+    {
+        // All are asked for before the first is needed.
+        int count = 0;
+        for (; i < leaf.planeCount && count <= 64 - packed::width; i += packed::width)
+            for (uint32_t met = PackedTree::planesMet(leaf.planes[i / packed::width], sweep); met;
+                 met &= met - 1)
+            {
+                const uint32_t number = i + static_cast<uint32_t>(__builtin_ctz(met));
+                if (number >= leaf.planeCount)
+                    break;
+                const packed::PlaneRecord& record = leaf.planeRecords[number];
+                __builtin_prefetch(record.plane);
+                __builtin_prefetch(record.members);
+                __builtin_prefetch(record.edges);
+                __builtin_prefetch(static_cast<const char*>(record.edges) + 64);
+                some[count++] = record.plane;
+            }
+        for (int k = 0; k < count; ++k)
+            first->consider(some[k]);
+    }
+}
+
+static FirstHit firstHit(const Move& move, int leafCount)
+{
+    FirstHit first(move);
+    const PackedTree* tree = PackedTree::of(move.group.octree);
+    for (int i = 0; i < leafCount; ++i)
+        if (const packed::Leaf* leaf = tree ? tree->leafOf(leaves[i]) : nullptr)
+            considerAll(*leaf, move, &first);
+        else
+            for (Plane* plane = leaves[i]->planes; plane; plane = plane->next)
+                first.consider(plane);
+    return first;
+}
+
+// Drops leaves that are listed already: their planes would be met once more, to no avail. Not where so many
+// planes are listed that the last may be left out.
+static int withoutRepeats(const OGroup& group, int count)
+{
+    const PackedTree* tree = PackedTree::of(group.octree);
+    uint32_t planes = 0;
+    for (int i = 0; i < count; ++i)
+        if (const packed::Leaf* leaf = tree ? tree->leafOf(leaves[i]) : nullptr)
+            planes += leaf->planeCount;
+    if (!tree || planes > listCapacity)
+        return count;
+    int kept = 0;
+    for (int i = 0; i < count; ++i)
+        if (std::find(leaves, leaves + kept, leaves[i]) == leaves + kept)
+            leaves[kept++] = leaves[i];
+    return kept;
 }
 
 static void moveOn(Move* move, const Vertex3D& normal, bool slide)
@@ -136,20 +189,20 @@ bool vrkCheckCollision(Vertex3D* position, Vertex3D* oldPosition, float radius, 
     if (!position || !oldPosition || !group || !group->octree)
         return false;
     Move move = {*position, *oldPosition, radius, *group};
-    const int leafCount = group->octree->traverseNearest(&move.position, radius, leaves, listCapacity);
+    const int leafCount =
+        withoutRepeats(*group, group->octree->traverseNearest(&move.position, radius, leaves, listCapacity));
     int hits = 0;
     for (int pass = 0; pass < iterations && hits < listCapacity; ++pass)
     {
-        Vertex3D faceNormal = {0.0f, 0.0f, 0.0f};
-        Plane* plane = firstHit(move, collect(move, leafCount), &faceNormal);
+        const FirstHit hit = firstHit(move, leafCount);
         // Without a hit nothing has changed, and no later pass finds any.
-        if (!plane)
+        if (!hit.plane)
             break;
-        moveOn(&move, faceNormal, slide && pass + 1 < iterations);
+        moveOn(&move, hit.normal, slide && pass + 1 < iterations);
         if (normal)
-            *normal = faceNormal;
-        plane->flag = 1;
-        planesHit[hits++] = plane;
+            *normal = hit.normal;
+        hit.plane->flag = 1;
+        planesHit[hits++] = hit.plane;
     }
     for (int i = 0; i < hits; ++i)
         planesHit[i]->flag = 0;

@@ -193,21 +193,28 @@ int octreeNode::split(int maxFaces, int depthLimit, void (*progress)(int))
     return 0;
 }
 
+// The first child that holds a point of a node: along every axis the lower half if it does. Rounding may
+// leave a point to none: then null.
+static octreeNode* childAt(const octreeNode& node, const Vertex3D& p)
+{
+    const octreeNode &low = *node.child[0], &high = *node.child[7];
+    const auto isWithin = [](float value, float from, float to) { return value >= from && value <= to; };
+    const int above = (isWithin(p.x, low.min.x, low.max.x) ? 0 : 1) |
+                      (isWithin(p.y, low.min.y, low.max.y) ? 0 : 2) |
+                      (isWithin(p.z, low.min.z, low.max.z) ? 0 : 4);
+    const bool isHeld = (!(above & 1) || isWithin(p.x, high.min.x, high.max.x)) &&
+                        (!(above & 2) || isWithin(p.y, high.min.y, high.max.y)) &&
+                        (!(above & 4) || isWithin(p.z, high.min.z, high.max.z));
+    return isHeld ? node.child[above] : nullptr;
+}
+
 octreeNode* octreeNode::traverse(Vertex3D* point)
 {
     if (isNull(this) || !pointInside(point))
         return nullptr;
     octreeNode* node = this;
-    while (node->hasChildren)
-    {
-        int i = 0;
-        while (i < 8 && !node->child[i]->pointInside(point))
-            ++i;
-        // Rounding may leave a point of the node to none of its children.
-        if (i == 8)
-            return nullptr;
-        node = node->child[i];
-    }
+    while (node && node->hasChildren)
+        node = childAt(*node, *point);
     return node;
 }
 

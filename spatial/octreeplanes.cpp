@@ -110,6 +110,7 @@ void octreeNode::makePlanes(float tolerance)
 
 int octreeNode::destroyPlanes()
 {
+    PackedTree::markStale(this);
     Plane* list = planes;
     planes = nullptr;
     delete list; // with all behind it

@@ -117,3 +117,12 @@ packed::Found PackedTree::next(const packed::Ray& ray, packed::Leaf** leaf)
 #endif
     return narrow::nextLeaf(*this, ray, leaf);
 }
+
+uint32_t PackedTree::planesMet(const packed::Planes& planes, const packed::Sweep& sweep)
+{
+#ifdef HAS_WIDE_LANES
+    if (isWide)
+        return wide::planesMet(planes, sweep);
+#endif
+    return narrow::planesMet(planes, sweep);
+}

@@ -446,11 +446,13 @@ void TreePacker::packPlanes(Leaf* leaf)
         ++count;
     leaf->planeCount = static_cast<uint32_t>(count);
     leaf->planes = take<Planes>((count + width - 1) / width);
-    leaf->planeRecords = take<Plane*>(count);
+    leaf->planeRecords = take<PlaneRecord>(count);
     size_t i = 0;
     for (Plane* plane = leaf->node->planes; plane; plane = plane->next, ++i)
     {
-        leaf->planeRecords[i] = plane;
+        const PlaneList* member = plane->faceCount > 0 ? plane->faces : nullptr;
+        const EdgeNormal* edges = member && member->mesh ? member->mesh->edgeNormals : nullptr;
+        leaf->planeRecords[i] = {plane, member, edges ? edges + member->face : nullptr};
         for (int axis = 0; axis < 3; ++axis)
         {
             leaf->planes[i / width].normal[axis][i % width] = (&plane->normal.x)[axis];

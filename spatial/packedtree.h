@@ -60,6 +60,13 @@ struct alignas(32) Planes
     float normal[3][width], point[3][width];
 };
 
+/// Where the processor finds what the test of a plane needs. Hints, but for the plane itself.
+struct PlaneRecord
+{
+    Plane* plane;
+    const void *members, *edges;
+};
+
 /// A mesh as it was laid out.
 struct MeshCopy
 {
@@ -97,14 +104,14 @@ struct Leaf
     float margin;           ///< by which the boxes have grown; 0: they say nothing
     float middle[3], reach; ///< no corner is farther from the middle, as sum of the coordinates
     Part* parts;
-    uint32_t* chunks;     ///< offsets in bytes
-    Boxes* boxes;         ///< a group for every eight blocks
-    Normals* normals;     ///< [blockCount]
-    Faces* faces;         ///< [blockCount]
-    uint32_t* order;      ///< [blockCount * width], places in items
-    const Plane* first;   ///< head of the node's list
-    Planes* planes;       ///< for every eight planes
-    Plane** planeRecords; ///< [planeCount]
+    uint32_t* chunks;          ///< offsets in bytes
+    Boxes* boxes;              ///< a group for every eight blocks
+    Normals* normals;          ///< [blockCount]
+    Faces* faces;              ///< [blockCount]
+    uint32_t* order;           ///< [blockCount * width], places in items
+    const Plane* first;        ///< head of the node's list
+    Planes* planes;            ///< for every eight planes
+    PlaneRecord* planeRecords; ///< [planeCount]
 };
 
 /// A ray under way.
@@ -114,6 +121,13 @@ struct Ray
     float inverse[3]; ///< of the direction; large where that is 0
     float length;     ///< of the direction, rounded up
     bool isBounded;   ///< far from the ends of float: boxes may be asked
+};
+
+/// A sphere under way.
+struct Sweep
+{
+    Vertex3D old, step;
+    float radius;
 };
 
 /// What became of a leaf.
@@ -155,6 +169,8 @@ public:
         }
         return done;
     }
+    /// Bits of the planes that a sphere may meet, of eight. All that it meets are among them.
+    static uint32_t planesMet(const packed::Planes& planes, const packed::Sweep& sweep);
     /// Of a leaf of this tree; null where it has none or the node's list is another.
     const packed::Leaf* leafOf(const octreeNode* node) const;
 

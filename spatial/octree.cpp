@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <vector>
 
 #include "core/facecorners.h"
 #include "platform/file.h"
@@ -151,6 +152,113 @@ bool octreeNode::polyInside(Vertex3D* triangle)
     return !isNull(this) && triangle && triangleIntersectsBox(triangle, &min, &max);
 }
 
+/// Divides a node and what is below. What its faces come to is found out once, not at every level.
+class OctreeSplitter
+{
+public:
+    OctreeSplitter(octreeNode* top, int faces, int depth) : node(top), maxFaces(faces), maxDepth(depth)
+    {
+        triangles.reserve(static_cast<size_t>(top->polys.size));
+        for (int i = 0; i < top->polys.size; ++i)
+        {
+            Triangle triangle = {};
+            if (!cornersOf(top->polys.items[i], triangle.corners))
+                continue;
+            const AskedTriangle asked(triangle.corners);
+            triangle.along = asked.along;
+            triangle.leastWidth = asked.leastWidth();
+            triangle.poly = i;
+            triangles.push_back(triangle);
+        }
+    }
+    void run(void (*progress)(int))
+    {
+        std::vector<uint32_t> all(triangles.size());
+        for (size_t i = 0; i < all.size(); ++i)
+            all[i] = static_cast<uint32_t>(i);
+        divide(node, all, progress);
+    }
+
+private:
+    struct Triangle
+    {
+        Vertex3D corners[3];
+        float leastWidth; ///< of a node whose children may be asked by margins, see AskedTriangle
+        int32_t along, poly;
+    };
+
+    static void addChildren(octreeNode* parent);
+    void divide(octreeNode* parent, const std::vector<uint32_t>& held, void (*progress)(int));
+    void fill(octreeNode* leaf, const std::vector<uint32_t>& held);
+
+    octreeNode* node;
+    int maxFaces, maxDepth;
+    std::vector<Triangle> triangles;
+};
+
+void OctreeSplitter::addChildren(octreeNode* parent)
+{
+    const Vertex3D &min = parent->min, &max = parent->max;
+    const Vertex3D middle = {(min.x + max.x) * 0.5f, (min.y + max.y) * 0.5f, (min.z + max.z) * 0.5f};
+    for (int i = 0; i < 8; ++i)
+    {
+        octreeNode* child = parent->child[i] = new octreeNode;
+        child->depth = parent->depth + 1;
+        child->setBounds(0, i & 1 ? middle.x : min.x, i & 1 ? max.x : middle.x);
+        child->setBounds(1, i & 2 ? middle.y : min.y, i & 2 ? max.y : middle.y);
+        child->setBounds(2, i & 4 ? middle.z : min.z, i & 4 ? max.z : middle.z);
+        child->calcRadius();
+    }
+}
+
+void OctreeSplitter::divide(octreeNode* parent, const std::vector<uint32_t>& held, void (*progress)(int))
+{
+    addChildren(parent);
+    packed::Node cubes = {};
+    packCubes(&cubes, *parent);
+    const float width = (parent->max.x - parent->min.x) * 0.5f;
+    std::vector<uint32_t> below[8];
+    for (const uint32_t number : held)
+    {
+        const Triangle& triangle = triangles[number];
+        const packed::Touched touched =
+            childrenTouched(cubes, triangle.corners, triangle.along, width >= triangle.leastWidth);
+        for (uint32_t bits = touched.surely; bits; bits &= bits - 1)
+            below[__builtin_ctz(bits)].push_back(number);
+        for (uint32_t bits = touched.perhaps; bits; bits &= bits - 1)
+        {
+            const octreeNode& child = *parent->child[__builtin_ctz(bits)];
+            if (AskedTriangle(triangle.corners).intersects(child.min, child.max))
+                below[__builtin_ctz(bits)].push_back(number);
+        }
+    }
+    parent->polys.size = 0;
+    parent->hasChildren = true;
+    for (int i = 0; i < 8; ++i)
+    {
+        octreeNode* child = parent->child[i];
+        if (below[i].size() > static_cast<size_t>(maxFaces) && child->depth <= maxDepth)
+            divide(child, below[i], nullptr);
+        else
+            fill(child, below[i]);
+        if (progress)
+            progress(i);
+    }
+    parent->maxDepth = maxDepth;
+}
+
+void OctreeSplitter::fill(octreeNode* leaf, const std::vector<uint32_t>& held)
+{
+    if (held.empty())
+        return;
+    leaf->polys.items = static_cast<OTPolyData*>(std::malloc(held.size() * sizeof(OTPolyData)));
+    if (!leaf->polys.items)
+        return;
+    for (const uint32_t number : held)
+        leaf->polys.items[leaf->polys.size++] = node->polys.items[triangles[number].poly];
+    leaf->polys.room = leaf->polys.size;
+}
+
 int octreeNode::split(int maxFaces, int depthLimit, void (*progress)(int))
 {
     if (isNull(this))
@@ -159,37 +267,8 @@ int octreeNode::split(int maxFaces, int depthLimit, void (*progress)(int))
         return 2;
     if (polys.size <= maxFaces || depth > depthLimit)
         return 0;
-
     PackedTree::markStale(this);
-    const Vertex3D middle = {(min.x + max.x) * 0.5f, (min.y + max.y) * 0.5f, (min.z + max.z) * 0.5f};
-    for (int i = 0; i < 8; ++i)
-    {
-        octreeNode* node = child[i] = new octreeNode;
-        node->depth = depth + 1;
-        node->setBounds(0, i & 1 ? middle.x : min.x, i & 1 ? max.x : middle.x);
-        node->setBounds(1, i & 2 ? middle.y : min.y, i & 2 ? max.y : middle.y);
-        node->setBounds(2, i & 4 ? middle.z : min.z, i & 4 ? max.z : middle.z);
-        node->calcRadius();
-    }
-    for (int i = 0; i < polys.size; ++i)
-    {
-        Vertex3D corners[3];
-        if (!cornersOf(polys.items[i], corners))
-            continue;
-        const AskedTriangle triangle(corners);
-        for (octreeNode* node : child)
-            if (triangle.intersects(node->min, node->max) && reserveOne(&node->polys))
-                node->polys.items[node->polys.size++] = polys.items[i];
-    }
-    polys.size = 0;
-    hasChildren = true;
-    for (int i = 0; i < 8; ++i)
-    {
-        child[i]->split(maxFaces, depthLimit, nullptr);
-        if (progress)
-            progress(i);
-    }
-    maxDepth = depthLimit;
+    OctreeSplitter(this, maxFaces, depthLimit).run(progress);
     return 0;
 }
 

@@ -30,9 +30,13 @@ struct AskedTriangle
 {
     const Vertex3D* corners; ///< [3]
     Vertex3D normal;
-    int u, v; ///< the axes of projection along the normal
+    int along; ///< axis of the normal's largest component
+    int u, v;  ///< the axes of projection along it
 
     explicit AskedTriangle(const Vertex3D* triangle);
     /// What triangleIntersectsBox answers.
     bool intersects(const Vertex3D& min, const Vertex3D& max) const;
+    /// From which width on a cube is surely apart from the triangle if that lies a 64th of the width beside
+    /// it along the normal. Infinite where the normal is unsure.
+    float leastWidth() const;
 };

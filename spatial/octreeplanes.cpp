@@ -60,6 +60,14 @@ int octreeNode::createPlanes(float tolerance)
     faces.reserve(static_cast<size_t>(polys.size));
     for (int i = 0; i < polys.size; ++i)
         faces.push_back(worldFace(&world, polys.items[i]));
+    std::vector<packed::Looks> looks((faces.size() + packed::width - 1) / packed::width);
+    for (size_t i = 0; i < faces.size(); ++i)
+    {
+        packed::Looks& block = looks[i / packed::width];
+        for (int axis = 0; axis < 3; ++axis)
+            block.normal[axis][i % packed::width] = (&faces[i].normal.x)[axis];
+        block.material[i % packed::width] = faces[i].material;
+    }
     std::vector<char> taken(faces.size(), 0);
     std::vector<PlaneList> members;
     Plane** tail = &planes;
@@ -69,14 +77,17 @@ int octreeNode::createPlanes(float tolerance)
     {
         if (taken[i])
             continue;
-        members.clear();
-        for (size_t j = i; j < faces.size(); ++j)
-        {
-            if (j != i && (taken[j] || !belongsTo(faces[j], faces[i], tolerance)))
-                continue;
-            taken[j] = 1;
-            members.push_back({polys.items[j].face, polys.items[j].mesh});
-        }
+        members.assign(1, {polys.items[i].face, polys.items[i].mesh});
+        for (size_t block = i / packed::width; block < looks.size(); ++block)
+            for (uint32_t away = lookingAway(looks[block], faces[i].normal, faces[i].material); away;
+                 away &= away - 1)
+            {
+                const size_t j = block * packed::width + static_cast<size_t>(__builtin_ctz(away));
+                if (j <= i || j >= faces.size() || taken[j] || !belongsTo(faces[j], faces[i], tolerance))
+                    continue;
+                taken[j] = 1;
+                members.push_back({polys.items[j].face, polys.items[j].mesh});
+            }
         *tail = makePlane(faces[i], members);
         tail = &(*tail)->next;
     }

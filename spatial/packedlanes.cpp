@@ -28,6 +28,9 @@ enum
     emptyLeaf = INT32_MIN
 };
 
+// How far all corners of a triangle have to lie beside a unit cube, along its normal, to be surely apart.
+static const float besideMargin = 0.5f + 1.0f / 64;
+
 #if defined(__x86_64__) || defined(__i386__)
 #include <immintrin.h>
 #endif
@@ -125,4 +128,23 @@ uint32_t PackedTree::planesMet(const packed::Planes& planes, const packed::Sweep
         return wide::planesMet(planes, sweep);
 #endif
     return narrow::planesMet(planes, sweep);
+}
+
+packed::Touched childrenTouched(const packed::Node& node, const Vertex3D* corners, int alongNormal,
+                                bool isPlump)
+{
+#ifdef HAS_WIDE_LANES
+    if (isWide)
+        return wide::childrenTouched(node, corners, alongNormal, isPlump);
+#endif
+    return narrow::childrenTouched(node, corners, alongNormal, isPlump);
+}
+
+uint32_t lookingAway(const packed::Looks& faces, const Vertex3D& normal, int32_t material)
+{
+#ifdef HAS_WIDE_LANES
+    if (isWide)
+        return wide::lookingAway(faces, normal, material);
+#endif
+    return narrow::lookingAway(faces, normal, material);
 }

@@ -275,6 +275,21 @@ char* TreePacker::takeBytes(size_t bytes)
     return result;
 }
 
+void packCubes(Node* packedNode, const octreeNode& node)
+{
+    for (int i = 0; i < width; ++i)
+    {
+        // As the walk has it: the outer children give the bounds of both halves.
+        const auto side = [&](int bit) { return node.child[i & bit ? 7 : 0]; };
+        const octreeNode &x = *side(1), &y = *side(2), &z = *side(4);
+        packedNode->middle[0][i] = (x.min.x + x.max.x) * 0.5f;
+        packedNode->middle[1][i] = (y.min.y + y.max.y) * 0.5f;
+        packedNode->middle[2][i] = (z.min.z + z.max.z) * 0.5f;
+        packedNode->scale[i] = 1.0f / ((x.max.x - x.min.x) * 1.01f);
+        packedNode->withWidth |= x.max.x - x.min.x != 0.0f ? 1u << i : 0u;
+    }
+}
+
 // @return false for a tree that is too deep
 bool TreePacker::addNode(octreeNode* node, int depth)
 {
@@ -289,17 +304,7 @@ bool TreePacker::addNode(octreeNode* node, int depth)
     const size_t number = tree->nodes.size();
     tree->nodes.emplace_back();
     Node made = {};
-    for (int i = 0; i < width; ++i)
-    {
-        // As the walk has it: the outer children give the bounds of both halves.
-        const auto side = [&](int bit) { return node->child[i & bit ? 7 : 0]; };
-        const octreeNode &x = *side(1), &y = *side(2), &z = *side(4);
-        made.middle[0][i] = (x.min.x + x.max.x) * 0.5f;
-        made.middle[1][i] = (y.min.y + y.max.y) * 0.5f;
-        made.middle[2][i] = (z.min.z + z.max.z) * 0.5f;
-        made.scale[i] = 1.0f / ((x.max.x - x.min.x) * 1.01f);
-        made.withWidth |= x.max.x - x.min.x != 0.0f ? 1u << i : 0u;
-    }
+    packCubes(&made, *node);
     for (int i = 0; i < width; ++i)
     {
         octreeNode* child = node->child[i];

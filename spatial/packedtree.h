@@ -35,6 +35,19 @@ struct alignas(32) Node
     uint32_t withWidth;   ///< a bit for each child
 };
 
+/// What is known of a triangle and a node's children, by bits.
+struct Touched
+{
+    uint32_t surely, perhaps; ///< in none of them: surely not
+};
+
+/// Eight faces that are to be grouped into planes.
+struct alignas(32) Looks
+{
+    float normal[3][width];
+    int32_t material[width];
+};
+
 /// Eight faces in the world, for intersect2: a corner and the edges from there.
 struct alignas(32) Faces
 {
@@ -199,4 +212,13 @@ private:
     bool stale = false;
 };
 
+/// Fills in the cubes of a divided node's children.
+void packCubes(packed::Node* packedNode, const octreeNode& node);
+/// Which children does a triangle touch, as far as that can be told at once?
+/// @param alongNormal  axis of the normal's largest component
+/// @param isPlump      see AskedTriangle
+packed::Touched childrenTouched(const packed::Node& node, const Vertex3D* corners, int alongNormal,
+                                bool isPlump);
+/// Bits of the faces with a material whose normal's product with a normal is below 0.0001.
+uint32_t lookingAway(const packed::Looks& faces, const Vertex3D& normal, int32_t material);
 packed::Ray packedRay(const Vertex3D& start, const Vertex3D& end);

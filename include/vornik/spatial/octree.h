@@ -100,6 +100,7 @@ private:
     PackedTree* packed; // the tree laid out for queries, shared by its nodes; null until makePlanes()
     int32_t packedLeaf; // number of this leaf in it, -1 for none
 
+    friend class OctreeSplitter;
     friend class PackedTree;
     friend class TreePacker;
     friend struct OctreeProbe; // looks inside for tests

@@ -37,16 +37,21 @@ void Console::listEVars()
     append(this, "\n" + std::to_string(varCount) + " variables\n\n");
 }
 
+static std::string functionLine(const std::string& result, const char* name, const std::string& argument)
+{
+    return "    " + result + " " + shown(name) + "(" + argument + ")\n";
+}
+
 void Console::listEFuncs()
 {
     append(this, "External Function List:\n\n");
-    forEachSignature(this,
-                     [this](int count, auto* /*functions*/, char** names, const std::string& result,
-                            const std::string& argument)
-                     {
-                         for (int i = 0; i < count; ++i)
-                             append(this, "    " + result + " " + shown(names[i]) + "(" + argument + ")\n");
-                     });
+    forEachSignature(
+        this,
+        [this](int count, auto* /*functions*/, char** names, const char* result, const char* argument)
+        {
+            for (int i = 0; i < count; ++i)
+                append(this, functionLine(result, names[i], argument));
+        });
 }
 
 struct SceneTotals

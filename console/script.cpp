@@ -8,20 +8,30 @@
 #include "vornik/console/console.h"
 #include "vornik/core/errorlog.h"
 
-// Scripts that run now, one inside the other, and those that the outermost has started. A script that calls
-// itself ends by these.
+// Scripts that run now, one inside the other, and those that have begun since the outermost did, refused ones
+// too. A script that calls itself ends by these: the depth alone would let one that does so twice begin
+// 65,536 times.
 static int running = 0;
-static int started = 0;
+static int begun = 0;
 
 struct RunningScript
 {
-    RunningScript() { started = ++running == 1 ? 1 : started + 1; }
+    RunningScript() { begun = ++running == 1 ? 1 : begun + 1; }
     RunningScript(const RunningScript&) = delete;
     RunningScript& operator=(const RunningScript&) = delete;
     ~RunningScript() { --running; }
-
-    bool isTooMuch() const { return running > VRK_CONSOLE_SCRIPTS || started > VRK_CONSOLE_SCRIPT_RUNS; }
 };
+
+static bool isTooMany()
+{
+    return begun > VRK_CONSOLE_SCRIPT_RUNS;
+}
+
+static int refuse(Console* console, const char* text)
+{
+    console->addText(text);
+    return vrkPutToErrorLog("VRK Console parser failed to parse commandline!", 18);
+}
 
 static bool isLineEnd(int c)
 {
@@ -67,16 +77,15 @@ int Console::parseScriptLine(String line)
 int Console::readScript(const char* fileName)
 {
     const RunningScript script;
-    if (script.isTooMuch())
-    {
-        addText("Too many scripts!\n");
-        return vrkPutToErrorLog("VRK Console parser failed to parse commandline!", 18);
-    }
+    if (isTooMany())
+        return refuse(this, "Too many scripts!\n");
+    if (running > VRK_CONSOLE_SCRIPTS)
+        return refuse(this, "Scripts are nested too deeply!\n");
     FILE* file = vrkOpenFile(fileName, "rb");
     if (!file)
         return vrkPutToErrorLog("Script file not found!", 31);
-    while (!std::feof(file) && !std::ferror(file))
+    while (!std::feof(file) && !std::ferror(file) && !isTooMany())
         parseScriptLine(readln(file));
     std::fclose(file);
-    return 0;
+    return isTooMany() ? 18 : 0; // reported by the one that was too many
 }

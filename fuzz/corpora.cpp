@@ -131,6 +131,21 @@ static void saveCalls()
     save("lights", "short", Bytes(40, 0x3E));
 }
 
+static void saveLines()
+{
+    save("console", "scene",
+         bytesOf("load3ds @scene.3ds @ /s /r /o\nsceneinfo\nreload3ds /x /c\nload3ds @scene.3ds @ "
+                 "/a\nactivetlist 0\n"
+                 "activeplist 0\nactivecamera 1\ngamma 0.75\nfov 60\nclear3ds\n"));
+    save("console", "names",
+         bytesOf(
+             "set speed 1e9\nget speed\nset null 5\nget none\neval set -2.5\neval int 99999999999\neval get\n"
+             "eval none\nevarlist\nefunclist\n"));
+    save("console", "script",
+         bytesOf("execscript @script.txt\n#execscript @script.txt\n#info\n<EOF>\n#exit"));
+    save("console", "rest", bytesOf("help\nhelp set\ninfo\nmem\nexit\ncls\ndir @*.?pg\ndir @*\n"));
+}
+
 int main(int argc, char** argv)
 {
     if (argc != 2)
@@ -143,5 +158,6 @@ int main(int argc, char** argv)
     savePacks();
     saveImages();
     saveCalls();
+    saveLines();
     return 0;
 }

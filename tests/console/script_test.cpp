@@ -159,7 +159,7 @@ TEST_F(Script, SixteenMayRunInsideOneAnother)
 {
     const std::string text = ran("#EXECSCRIPT run.txt\n#INFO\n");
     EXPECT_EQ(count(text, ">EXECSCRIPT"), 16);
-    EXPECT_EQ(count(text, "Too many scripts!\n"), 1);
+    EXPECT_EQ(count(text, ">EXECSCRIPT run.txt\nScripts are nested too deeply!\n"), 1);
     EXPECT_EQ(count(text, parseFailed), 1);
     EXPECT_EQ(count(text, ">INFO"), 16);
     // It's over, so that the next one has all levels again.
@@ -171,7 +171,7 @@ TEST_F(Script, SixteenLevelsWorkWithoutAWord)
     for (int i = 1; i < 16; ++i)
         folder.write("s" + std::to_string(i) + ".txt", "#EXECSCRIPT s" + std::to_string(i + 1) + ".txt\n");
     folder.write("s16.txt", std::string("#EXIT\n"));
-    EXPECT_EQ(count(said("EXECSCRIPT s1.txt"), "Too many"), 0);
+    EXPECT_EQ(count(said("EXECSCRIPT s1.txt"), "too deeply"), 0);
     EXPECT_TRUE(console.exitRequest());
 }
 
@@ -185,11 +185,29 @@ TEST_F(Script, ThatStartsItselfManyTimesComesToAnEnd)
     std::string content = "#EVAL COUNT\n";
     for (int i = 0; i < 50; ++i)
         content += "#EXECSCRIPT run.txt\n";
-    ran(content);
+    const std::string text = ran(content, 18);
+    // 1,024 begin, of which those at the seventeenth level are refused; one more ends all.
+    EXPECT_EQ(runs + count(text, "Scripts are nested too deeply!\n"), 1024);
     EXPECT_GT(runs, 16);
-    EXPECT_LE(runs, VRK_CONSOLE_SCRIPT_RUNS);
+    EXPECT_EQ(count(text, "Too many scripts!\n"), 1);
+    EXPECT_EQ(text.substr(text.find("Too many")), std::string("Too many scripts!\n") + parseFailed);
     // The next one starts from nothing.
     runs = 0;
     ran("#EVAL COUNT\n");
     EXPECT_EQ(runs, 1);
+}
+
+TEST_F(Script, MayRunManyOthers)
+{
+    runs = 0;
+    console.addFunc(
+        +[] { ++runs; }, "COUNT");
+    folder.write("inner.txt", std::string("#EVAL COUNT\n"));
+    std::string content;
+    for (int i = 0; i < 1023; ++i)
+        content += "#EXECSCRIPT inner.txt\n";
+    ran(content);
+    EXPECT_EQ(runs, 1023);
+    ran(content + "#EXECSCRIPT inner.txt\n", 18);
+    EXPECT_EQ(runs, 2 * 1023);
 }

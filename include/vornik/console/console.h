@@ -25,11 +25,12 @@ enum VRKConsoleCapacity
 {
     VRK_CONSOLE_VARIABLES = 1024,
     VRK_CONSOLE_SIGNATURES = 9,
-    VRK_CONSOLE_FUNCTIONS = 64,    ///< of each signature
-    VRK_CONSOLE_TEXT = 512000,     ///< bytes of the text, with its closing zero
-    VRK_CONSOLE_LINE = 255,        ///< characters of a line that is obeyed
-    VRK_CONSOLE_SCRIPTS = 16,      ///< scripts that may run inside one another
-    VRK_CONSOLE_SCRIPT_RUNS = 4096 ///< scripts that one script may start in all
+    VRK_CONSOLE_FUNCTIONS = 64, ///< of each signature
+    VRK_CONSOLE_TEXT = 512000,  ///< bytes of the text, with its closing zero
+    VRK_CONSOLE_LINE = 255,     ///< characters of a line that is obeyed
+    VRK_CONSOLE_SCRIPTS = 16,   ///< scripts that may run inside one another
+    VRK_CONSOLE_SCRIPT_RUNS =
+        1024 ///< scripts that may begin within one, one that is run twice counting twice
 };
 
 class VRK_API Console
@@ -141,8 +142,8 @@ public:
     int parse(const char* line);
 
     /// Obeys the lines of a file that begin with a '#'. A line that fails doesn't stop the rest.
-    /// @return 0; 31 when the file can't be opened; 18 when too many scripts run inside one another or in
-    /// all, both logged
+    /// @return 0; 31 when the file can't be opened; 18 when 16 scripts run inside one another already, or
+    /// when 1,024 have begun within the outermost, which ends them all. Logged
     int readScript(const char* fileName);
     /// Obeys one line of a script, for hosts that read scripts themselves: the command behind a '#', without
     /// blanks around it. Any other line is a comment. @return what parse returns; 0 for a comment

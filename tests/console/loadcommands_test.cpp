@@ -181,6 +181,10 @@ TEST_F(LoadCommands, CClosesCracksAndOBuildsTheOctree)
     EXPECT_NEAR(crack(), 0.01f, 1e-6f);
     said("LOAD3DS example.3ds . /c");
     EXPECT_EQ(crack(), 0.0f);
+    said("RELOAD3DS");
+    EXPECT_NEAR(crack(), 0.01f, 1e-6f);
+    said("RELOAD3DS /c");
+    EXPECT_EQ(crack(), 0.0f);
     EXPECT_EQ(scene.groups[0]->octree, nullptr);
     said("LOAD3DS example.3ds . /o");
     EXPECT_NE(scene.groups[0]->octree, nullptr);
@@ -203,6 +207,7 @@ TEST_F(LoadCommands, MReadsTheFileIntoTheFirstGroupAndKeepsNothing)
     said("LOAD3DS example.3ds .");
     EXPECT_EQ(said("LOAD3DS example.3ds . /m"), "");
     EXPECT_EQ(scene.groupCount, 1);
+    EXPECT_EQ(scene.groups[0]->tlistCount, 1);
     EXPECT_EQ(scene.groups[0]->pathListCount, 1);
     EXPECT_EQ(scene.groups[0]->meshCount, 2);
 }

@@ -63,7 +63,7 @@ protected:
 
     /// Starts on a window of 640 by 480 pixels. @return what the object said
     int start(bool useTnL = false, int secondaryDevice = 0, bool windowed = true, int colorBits = 32);
-    std::string log() const { return folder.read("log"); }
+    std::string log() const { return folder.readText("log"); }
 
     D3DScript script;
     D3DRasterizer* d3d;

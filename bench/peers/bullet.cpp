@@ -5,6 +5,7 @@
 #include <btBulletCollisionCommon.h>
 
 #include "bench/peers/peer.h"
+#include "bench/peers/timing.h"
 
 static btVector3 toBullet(const Vertex3D& v)
 {

@@ -1,26 +1,8 @@
 // Embree, one ray at a time on one thread. Both sides of a face are hit.
 
-#include <embree3/rtcore.h>
-
+#include "bench/peers/embreescene.h"
 #include "bench/peers/peer.h"
-
-static RTCScene sceneOf(const std::vector<Corners>& triangles)
-{
-    RTCDevice device = rtcNewDevice("threads=1");
-    RTCScene scene = rtcNewScene(device);
-    RTCGeometry geometry = rtcNewGeometry(device, RTC_GEOMETRY_TYPE_TRIANGLE);
-    auto* vertices = static_cast<Corners*>(rtcSetNewGeometryBuffer(
-        geometry, RTC_BUFFER_TYPE_VERTEX, 0, RTC_FORMAT_FLOAT3, sizeof(Vertex3D), triangles.size() * 3));
-    auto* indices = static_cast<unsigned*>(rtcSetNewGeometryBuffer(
-        geometry, RTC_BUFFER_TYPE_INDEX, 0, RTC_FORMAT_UINT3, 3 * sizeof(unsigned), triangles.size()));
-    std::copy(triangles.begin(), triangles.end(), vertices);
-    for (unsigned i = 0; i < triangles.size() * 3; ++i)
-        indices[i] = i;
-    rtcCommitGeometry(geometry);
-    rtcAttachGeometry(scene, geometry);
-    rtcCommitScene(scene);
-    return scene;
-}
+#include "bench/peers/timing.h"
 
 static RTCRay toEmbree(const Ray& ray)
 {
@@ -39,7 +21,7 @@ static RTCRay toEmbree(const Ray& ray)
 Peer makeEmbree(const std::vector<Corners>& triangles)
 {
     const double begin = processorSeconds();
-    RTCScene scene = sceneOf(triangles);
+    RTCScene scene = makeEmbreeScene(triangles, nullptr);
     const double built = processorSeconds() - begin;
     const auto nearest = [scene](const Ray& ray)
     {

@@ -4,6 +4,7 @@
 #include <irrlicht/irrlicht.h>
 
 #include "bench/peers/peer.h"
+#include "bench/peers/timing.h"
 
 using namespace irr;
 

@@ -8,6 +8,7 @@
 #include <osgUtil/LineSegmentIntersector>
 
 #include "bench/peers/peer.h"
+#include "bench/peers/timing.h"
 
 static osg::Vec3 toOpenSceneGraph(const Vertex3D& v)
 {

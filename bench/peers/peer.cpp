@@ -1,14 +1,6 @@
 #include "bench/peers/peer.h"
 
 #include <cstdio>
-#include <ctime>
-
-double processorSeconds()
-{
-    timespec now = {};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-    return double(now.tv_sec) + 1e-9 * double(now.tv_nsec);
-}
 
 std::vector<Corners> trianglesOf(OGroup* group)
 {

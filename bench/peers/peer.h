@@ -35,7 +35,3 @@ Peer makeBullet(const std::vector<Corners>& triangles);
 Peer makeOpenSceneGraph(const std::vector<Corners>& triangles);
 
 std::vector<Corners> trianglesOf(OGroup* group);
-
-// Seconds of processor time that the program has used: others on the machine disturb it less than the time of
-// day.
-double processorSeconds();

@@ -17,6 +17,7 @@
 #include "bench/city.h"
 #include "bench/hillyground.h"
 #include "bench/peers/peer.h"
+#include "bench/peers/timing.h"
 #include "vornik/spatial/octree.h"
 #include "vornik/spatial/queries.h"
 
@@ -52,13 +53,6 @@ static double timeOfRound(Contender* contender, const std::vector<Ray>& rays)
         seconds = processorSeconds() - begin;
     }
     return seconds / times / double(rays.size());
-}
-
-static double median(std::vector<double> values)
-{
-    const auto middle = values.begin() + ptrdiff_t(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
 }
 
 // The first contender is the engine.

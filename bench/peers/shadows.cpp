@@ -1,6 +1,9 @@
 // Shadow light: the engine's tree, its plain loop over all faces, and Embree, in one run.
 //
-// usage: peer_shadows [TRIANGLES]
+// usage: peer_shadows [TRIANGLES [landscape|city]]
+//
+// In the city most corners stand in line with others, which lets the light through: rays find little that
+// stops them early.
 //
 // A pass traces every vertex of the scene, in the order of the meshes. The plain loop takes a sample of them.
 // Prints the median time of a ray over several rounds, in which all take turns, how many are blocked, and the
@@ -9,7 +12,9 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
+#include "bench/city.h"
 #include "bench/landscape.h"
 #include "bench/peers/shadows.h"
 #include "bench/peers/timing.h"
@@ -29,13 +34,13 @@ static std::vector<ShadowFace> facesOf(const OGroup& group)
     return faces;
 }
 
-static std::vector<ShadowTarget> targetsOf(const Landscape& scene)
+static std::vector<ShadowTarget> targetsOf(const OGroup& group, const Light& light)
 {
     std::vector<ShadowTarget> targets;
-    for (int m = 0; m < scene.group.meshCount; ++m)
-        for (int v = 0; v < scene.group.meshes[m]->vertexCount; ++v)
-            targets.push_back(shadowTarget(scene.light, &scene.group.meshes[m]->calculatedVertices[v],
-                                           scene.group.meshes[m]->position));
+    for (int m = 0; m < group.meshCount; ++m)
+        for (int v = 0; v < group.meshes[m]->vertexCount; ++v)
+            targets.push_back(
+                shadowTarget(light, &group.meshes[m]->calculatedVertices[v], group.meshes[m]->position));
     return targets;
 }
 
@@ -62,7 +67,8 @@ static std::vector<double> timesOf(const std::vector<ShadowPeer>& peers,
 }
 
 // Seconds of a ray of the plain loop, over a sample of at least half a second.
-static double plainSeconds(const Landscape& scene, const ShadowTree& tree, std::vector<ShadowTarget> targets)
+static double plainSeconds(const OGroup& group, const Light& light, const ShadowTree& tree,
+                           std::vector<ShadowTarget> targets)
 {
     std::shuffle(targets.begin(), targets.end(), std::mt19937(7));
     size_t asked = 0, differ = 0;
@@ -71,7 +77,7 @@ static double plainSeconds(const Landscape& scene, const ShadowTree& tree, std::
     {
         const ShadowTarget& target = targets[asked++];
         const double begin = processorSeconds();
-        const bool blocked = groupBlocks(scene.group, scene.light, target);
+        const bool blocked = groupBlocks(group, light, target);
         seconds += processorSeconds() - begin;
         differ += blocked != tree.blocks(target);
     }
@@ -79,22 +85,21 @@ static double plainSeconds(const Landscape& scene, const ShadowTree& tree, std::
     return seconds / double(asked);
 }
 
-static void run(int faceCount)
+static void run(const char* sceneName, OGroup* group, const Light& light)
 {
-    Landscape& scene = landscape(faceCount);
-    OGroup* const group = &scene.group;
-    std::printf("\nlandscape of %d faces, %d vertices\n", scene.faces, scene.vertices);
+    const std::vector<ShadowFace> faces = facesOf(*group);
+    const std::vector<ShadowTarget> targets = targetsOf(*group, light);
+    std::printf("\n%s of %zu faces, %zu vertices\n", sceneName, faces.size(), targets.size());
     const double begin = processorSeconds();
-    const ShadowTree tree(scene.light, &group, 1);
+    const ShadowTree tree(light, &group, 1);
     std::vector<ShadowPeer> peers = {{"Vornik", processorSeconds() - begin,
                                       [&tree](const ShadowTarget& target) { return tree.blocks(target); }}};
 #ifdef HAS_EMBREE
-    for (ShadowPeer& peer : makeEmbreeShadows(scene.light, facesOf(scene.group)))
+    for (ShadowPeer& peer : makeEmbreeShadows(light, faces))
         peers.push_back(std::move(peer));
 #else
     std::puts("Embree was not there to build with (libembree-dev)");
 #endif
-    const std::vector<ShadowTarget> targets = targetsOf(scene);
     std::vector<int> blocked;
     const std::vector<double> times = timesOf(peers, targets, &blocked);
     const double pass = times[0] * double(targets.size());
@@ -108,7 +113,7 @@ static void run(int faceCount)
             (pass + peers[0].buildSeconds) / (theirPass + peers[i].buildSeconds), blocked[i],
             peers[i].name.c_str());
     }
-    const double plain = plainSeconds(scene, tree, targets);
+    const double plain = plainSeconds(*group, light, tree, targets);
     std::printf("  ray %8.1f us by the plain loop: %.0f times a ray of the tree, %.0f times with building\n",
                 plain * 1e6, plain / times[0],
                 plain * double(targets.size()) / (pass + peers[0].buildSeconds));
@@ -116,12 +121,21 @@ static void run(int faceCount)
 
 int main(int argc, char** argv)
 {
+    const char* const wanted = argc > 2 ? argv[2] : nullptr;
     const int count = argc > 1 ? std::atoi(argv[1]) : 100000;
-    if (argc > 2 || count < 1000 || count > 700000)
+    if (argc > 3 || count < 1000 || count > 700000 ||
+        (wanted && std::strcmp(wanted, "landscape") != 0 && std::strcmp(wanted, "city") != 0))
     {
-        std::fprintf(stderr, "usage: peer_shadows [TRIANGLES]   1000 to 700000\n");
+        std::fprintf(stderr, "usage: peer_shadows [TRIANGLES [landscape|city]]   1000 to 700000 triangles\n");
         return 2;
     }
-    run(count);
+    if (!wanted || std::strcmp(wanted, "landscape") == 0)
+        run("landscape", &landscape(count).group, landscape(count).light);
+    if (!wanted || std::strcmp(wanted, "city") == 0)
+    {
+        Light light;
+        light.location = {613.3f, 377.7f, 260.1f};
+        run("city", cityOf(count), light);
+    }
     return 0;
 }

@@ -176,6 +176,130 @@ TEST(ShadowTree, PassesOverFacesThatNameMissingVertices)
     EXPECT_TRUE(ShadowTree(light, groups, 1).blocks(shadowTarget(light, &vertex, {0, 0, 0})));
 }
 
+// Triangles of one size around places, turned at random, under a lamp, with vertices on the ground.
+static void shadeTriangles(const std::vector<Vertex3D>& places, float size, std::mt19937& random,
+                           Tally& tally)
+{
+    const auto aside = [&] { return size * (float(random() % 2001) * 0.001f - 1.0f); };
+    std::vector<Vertex3D> vertices;
+    std::vector<Facelist> faces;
+    for (const Vertex3D& place : places)
+    {
+        const uint16_t first = uint16_t(vertices.size());
+        for (int corner = 0; corner < 3; corner++)
+            vertices.push_back({place.x + aside(), place.y + aside(), place.z + aside()});
+        faces.push_back({first, uint16_t(first + 1), uint16_t(first + 2)});
+    }
+    for (int i = 0; i < 60; i++)
+        vertices.push_back(
+            {float(random() % 2001) * 0.01f - 10.0f, float(random() % 2001) * 0.01f - 10.0f, -20});
+    auto group = std::make_unique<OGroup>();
+    group->addMesh(makeMesh("triangles", vertices, faces));
+    Light light;
+    light.location = {0.25f, -0.5f, 20.0f};
+    compareAllVertices({group.get()}, &light, tally);
+}
+
+TEST(ShadowTree, TakesAnyNumberOfFaces)
+{
+    // Four of them are tested side by side, and four boxes: the last of each may be alone.
+    std::mt19937 random(8);
+    Tally tally;
+    for (int count = 1; count <= 70 && !testing::Test::HasFatalFailure(); count++)
+    {
+        std::vector<Vertex3D> places;
+        for (int i = 0; i < count; i++)
+            places.push_back({float(random() % 11) - 5.0f, float(random() % 11) - 5.0f, float(random() % 9)});
+        shadeTriangles(places, 3.0f, random, tally);
+    }
+    EXPECT_GT(tally.blocked, tally.rays / 20);
+    EXPECT_LT(tally.blocked, tally.rays);
+}
+
+TEST(ShadowTree, DividesFacesThatCoverEachOther)
+{
+    std::mt19937 random(9);
+    Tally tally;
+    shadeTriangles(std::vector<Vertex3D>(300, Vertex3D{1, 2, 3}), 4.0f, random, tally);
+    EXPECT_GT(tally.blocked, 0);
+
+    // Equal to the last bit: no cut tells them apart.
+    std::vector<Vertex3D> vertices = {
+        {-5, -5, 5}, {6, -5, 5.5f}, {0, 7, 5.25f}, {0.5f, 0.25f, -3}, {30, 2, -3}};
+    auto group = std::make_unique<OGroup>();
+    group->addMesh(makeMesh("equal", vertices, std::vector<Facelist>(2000, Facelist{0, 1, 2})));
+    Light light;
+    light.location = {0.1f, 0.2f, 10};
+    Tally equal;
+    compareAllVertices({group.get()}, &light, equal);
+    EXPECT_EQ(equal.blocked, 1);
+}
+
+TEST(ShadowTree, DividesFacesThatCrowdTowardsAPlace)
+{
+    // Even slices of their row part a few from all others, again and again.
+    std::mt19937 random(10);
+    std::vector<Vertex3D> places;
+    for (int i = 0; i < 2000; i++)
+        places.push_back({9.0f * std::pow(0.95f, float(i)), 3.0f * std::pow(0.95f, float(i)), 1.0f});
+    Tally tally;
+    shadeTriangles(places, 0.5f, random, tally);
+    EXPECT_GT(tally.blocked, 0);
+}
+
+TEST(ShadowTree, FollowsRaysAlongTheAxes)
+{
+    // The light and a vertex differ in one coordinate only; one face lies across, and one beside the ray that
+    // ends a hair before it.
+    Tally tally;
+    for (const float sign : {1.0f, -1.0f})
+        for (int axis = 0; axis < 3; axis++)
+        {
+            const auto turned = [&](float along, float u, float v)
+            {
+                const float place[3] = {sign * along, u, v};
+                return Vertex3D{place[(3 - axis) % 3], place[(4 - axis) % 3], place[(5 - axis) % 3]};
+            };
+            std::vector<Vertex3D> vertices = {turned(4, -1, -2),   turned(4.5f, 3, -1),
+                                              turned(5, -1, 4),    turned(2, -1e-6f, -2e-6f),
+                                              turned(2.5f, -3, 1), turned(2.25f, -3, -4)};
+            auto group = std::make_unique<OGroup>();
+            group->addMesh(makeMesh("a", vertices, {{0, 1, 2}, {0, 2, 1}, {3, 4, 5}, {3, 5, 4}}));
+            OGroup* groups[] = {group.get()};
+            Light light;
+            light.location = {0, 0, 0};
+            for (const float end : {1.0f, 3.0f, 9.0f, -9.0f})
+            {
+                Vertex3D vertex = turned(end, 0, 0), offset = {0, 0, 0};
+                const bool blocked =
+                    ShadowTree(light, groups, 1).blocks(shadowTarget(light, &vertex, offset));
+                EXPECT_EQ(blocked, end == 9.0f) << "axis " << axis << " end " << end << " sign " << sign;
+                EXPECT_EQ(blocked, !plainCheckRay({group.get()}, &light, &vertex, &offset));
+            }
+        }
+}
+
+TEST(ShadowTree, TestsAnewTheFaceThatBlockedBefore)
+{
+    auto group = std::make_unique<OGroup>();
+    OGroup* groups[] = {group.get()};
+    group->addMesh(makeMesh("a", {{-5, -5, 5}, {6, -5, 5.5f}, {0, 7, 5.25f}}, {{0, 1, 2}}));
+    Light light;
+    light.location = {0.1f, 0.2f, 10};
+    const ShadowTree tree(light, groups, 1);
+    const Vertex3D none = {0, 0, 0};
+    Vertex3D below = {0.3f, 0.4f, 0}, beside = {60, 0.4f, 0}, above = {0.3f, 0.4f, 8}, aligned = {0.3f, 7, 0};
+    for (int turn = 0; turn < 2; turn++)
+    {
+        EXPECT_TRUE(tree.blocks(shadowTarget(light, &below, none)));
+        EXPECT_FALSE(tree.blocks(shadowTarget(light, &beside, none)));
+        EXPECT_TRUE(tree.blocks(shadowTarget(light, &below, none)));
+        EXPECT_FALSE(tree.blocks(shadowTarget(light, &above, none)));
+        EXPECT_FALSE(tree.blocks(shadowTarget(light, &aligned, none)));
+        EXPECT_FALSE(tree.blocks(shadowTarget(light, &group->meshes[0]->calculatedVertices[2], none)));
+    }
+}
+
 // A floor of 2 * side * side faces with shared vertices.
 static Mesh* makeFloor(int side)
 {

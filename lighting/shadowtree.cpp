@@ -2,10 +2,11 @@
 // the face, and makes the boxes.
 //
 // Boxes are relative to the light, where all rays start, and a place on the ray is given by its largest
-// coordinate: it reaches a box's side x at x * largest / d_x. Both operations round by eps, 2^-24 of the
-// value, so a ray that enters a box before it leaves it may seem to enter by 4 eps later. Where d_x is
-// nought, or too small to matter, the factor is 1e20 with its sign: a side that lies off the light by the 2
-// eps that a box is at least too large by is then beyond the reach of all hits, as it should be.
+// coordinate: it reaches a box's side x at x * largest / d_x. That rounds by 2 eps of the value (eps 2^-24).
+// Hits lie within 2 reach of the light and 5 eps reach or more inside the box of their face, so the ray
+// enters the box no later than it hits and leaves it no earlier, rounding included; rounding never turns an
+// order around, so the same is true of larger boxes. Where d_x is nought, or too small to matter, the factor
+// is 1e20 with its sign, which puts the sides beyond all hits, before and behind.
 //
 // Faces are tested four at a time, operation by operation as intersect2 does it for one.
 
@@ -22,8 +23,6 @@ using shadow::lanes;
 
 typedef float Floats __attribute__((vector_size(lanes * 4)));
 typedef int32_t Ints __attribute__((vector_size(lanes * 4)));
-
-static const float entrySlack = 1.0f + 1.0f / (1 << 20);
 
 static Floats load(const float* from)
 {
@@ -91,7 +90,7 @@ static unsigned childrenMet(const shadow::Node& node, const Ray& ray, float dist
         leave = lesser(leave, load(node.bounds[ray.farSide[axis]]) * ray.inverse[axis]);
     }
     enter = greater(enter, Floats{});
-    return bitsOf((enter <= leave * entrySlack) & (load(node.nearest) < distance));
+    return bitsOf((enter <= leave) & (load(node.nearest) < distance));
 }
 
 // The faces that intersect2 reports as hit by the ray, and whose centroids are nearer than the distance.

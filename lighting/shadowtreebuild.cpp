@@ -1,5 +1,5 @@
 // Building the tree of shadow rays: how far from a face a ray may pass that intersect2 still reports as a
-// hit, and which boxes go together.
+// hit, and which boxes stand together.
 //
 // The tree has to give the same answer for every face, rounding of intersect2 included, so a face may be
 // passed over only where the float arithmetic must reject it. All rays of a tree start at the light, which
@@ -14,7 +14,9 @@
 // boxes grow by that much. Where the light stands nearly in the plane of the face, T is too small for that,
 // and the face is tested by every ray. T itself belongs to the face: below zero beyond its error, the light
 // is behind the face.
-// The proof leaves 5 eps * reach of each box's growth for what the test of the box itself rounds.
+//
+// Every box grows by another 16 eps * reach. Some 6 of them go to the rounding of s, e1 and e2 and of the
+// limits of U and V; the test of the box itself needs 5.
 //
 // Boxes are divided so that few are met, after Wald, "On fast Construction of SAH-based Bounding Volume
 // Hierarchies", 2007, but measured by the share of the light's directions in which they lie.

@@ -8,6 +8,7 @@
 
 #include <cstdint>
 
+#include "core/memorylasts.h"
 #include "vornik/assets/loader.h"
 
 /// The reading of the running load. Set by load3ds and by the readers that get flags.
@@ -49,6 +50,14 @@ private:
     int32_t ownSize;   // of the block that ends with the chunk
     bool insideChild = false;
 };
+
+/// Runs a reader. Where memory ends the block does: what is read by then stays.
+template <class Read>
+void readWhileMemoryLasts(Read read)
+{
+    if (!whileMemoryLasts(read))
+        vrkLoader.atEnd = true;
+}
 
 /// Passes over the most recent chunk. One that claims no length at all would be read again and again: it ends
 /// the block.

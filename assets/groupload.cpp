@@ -1,5 +1,7 @@
 // Where scenes and groups are filled from files.
 
+#include <new>
+
 #include "vornik/assets/load3ds.h"
 #include "vornik/core/errorlog.h"
 #include "vornik/scene/ogroup.h"
@@ -23,7 +25,9 @@ OGroup* Scene::createOGroup(const char* file, int flags, const char* materialDir
         deleteEverySecondGroup(this);
     if (groupCount >= 256)
         return nullptr;
-    auto* group = new OGroup;
+    auto* group = new (std::nothrow) OGroup;
+    if (!group)
+        return nullptr;
     groups[groupCount++] = group;
     if (load3ds(file, group, materialDirectory, flags, progress, packFile) != 0)
     {

@@ -112,9 +112,11 @@ static bool isGrey(const Header& header)
     return (header.type == plainGrey || header.type == packedGrey) && header.depth == 8;
 }
 
-// The block for an image of a size, cleared; null if the file can't hold so many pixels.
+// The block for an image of a size, cleared; null without one, and if the file can't hold so many pixels.
 static uint8_t* prepareBlock(uint8_t** image, const Header& header, size_t fileSize)
 {
+    if (!*image)
+        return nullptr;
     const size_t bytes = static_cast<size_t>(header.width) * static_cast<size_t>(header.height) * 4;
     if (bytes > VRK_IMAGE_BLOCK)
     {

@@ -12,6 +12,7 @@
 #include "assets/loadmaterials.h"
 #include "assets/loadnodes.h"
 #include "assets/packread.h"
+#include "core/memorylasts.h"
 #include "platform/file.h"
 #include "vornik/animation/path.h"
 #include "vornik/assets/loader.h"
@@ -138,7 +139,7 @@ static void texturePass(TList* list, int flags, Progress progress, const char* p
     for (Material* material = list->first; material; material = material->next)
     {
         if (material->firstTexture)
-            loadImages(material, flags, packName);
+            whileMemoryLasts([&] { loadImages(material, flags, packName); });
         report(progress, static_cast<float>(done++) / last * 0.2f + 0.5f);
     }
     for (Material* material = list->first; material; material = material->next)
@@ -191,12 +192,12 @@ static void runPasses(OGroup* group, int flags, Progress progress, const char* p
     report(progress, 0.7f);
     const bool places = loaderTolerant && (flags & LOAD_KEYFRAMES) && hasNodes();
     if (places)
-        placeNodes();
+        whileMemoryLasts(placeNodes);
     if (flags & LOAD_MESHES)
         meshPass(group, flags, progress);
     report(progress, 0.9f);
     if (places)
-        finishNodes();
+        whileMemoryLasts(finishNodes);
     if (flags & LOAD_KEYFRAMES && !loaderTolerant)
         hierarchyPass(group);
     report(progress, 0.95f);
@@ -207,20 +208,65 @@ static void runPasses(OGroup* group, int flags, Progress progress, const char* p
         group->constructOctree();
 }
 
-// A list that a full group doesn't take lives for the load only. @return that list
+// The lists that a load fills, where a full group didn't take them: then they live for the load only.
+struct LoadLists
+{
+    std::unique_ptr<TList> materials;
+    std::unique_ptr<PathList> paths;
+};
+
 static std::unique_ptr<TList> makeMaterialList(OGroup* group, const char* materialDirectory)
 {
-    TList* list = new TList;
+    auto list = std::make_unique<TList>();
     list->setBaseDirectory(materialDirectory ? materialDirectory : "");
-    beginMaterials(list);
-    return std::unique_ptr<TList>(group->addTList(list) == 0 ? nullptr : list);
+    beginMaterials(list.get());
+    if (group->addTList(list.get()) == 0)
+        list.release();
+    return list;
 }
 
-// The same for a list of paths.
 static std::unique_ptr<PathList> makePathList(OGroup* group)
 {
-    loaderPaths = new PathList;
-    return std::unique_ptr<PathList>(group->addPathList(loaderPaths) == 0 ? nullptr : loaderPaths);
+    auto list = std::make_unique<PathList>();
+    loaderPaths = list.get();
+    if (group->addPathList(loaderPaths) == 0)
+        list.release();
+    return list;
+}
+
+static bool makeLists(LoadLists* lists, OGroup* group, const char* materialDirectory, int flags)
+{
+    const auto make = [&]
+    {
+        if (flags & LOAD_MATERIALS)
+            lists->materials = makeMaterialList(group, materialDirectory);
+        if (flags & LOAD_KEYFRAMES)
+            lists->paths = makePathList(group);
+    };
+    if (whileMemoryLasts(make))
+        return true;
+    beginMaterials(nullptr);
+    loaderPaths = nullptr;
+    return false;
+}
+
+// Where memory ends the reading ends, as it does where a file is cut.
+static void readChunks(OGroup* group, int flags, int size, Progress progress)
+{
+    vrkPutToErrorLog("Start processing...", 50);
+    keyframesRead = false;
+    whileMemoryLasts(
+        [&]
+        {
+            beginNodes(group, loaderPaths);
+            walkChunks(group, flags, size, progress);
+        });
+    endMaterials();
+}
+
+static int cannotOpen()
+{
+    return vrkPutToErrorLog("Cannot open .3DS file (possible disk error)", 13);
 }
 
 int load3ds(const char* fileName, OGroup* group, const char* materialDirectory, int flags, Progress progress,
@@ -233,7 +279,7 @@ int load3ds(const char* fileName, OGroup* group, const char* materialDirectory, 
     int size = 0;
     char* block = readFile(fileName, flags, packName, &size);
     if (!block)
-        return vrkPutToErrorLog("Cannot open .3DS file (possible disk error)", 13);
+        return cannotOpen();
     vrkLoader.initData(block, size);
     if (!vrkLoader.checkFormat())
     {
@@ -242,25 +288,20 @@ int load3ds(const char* fileName, OGroup* group, const char* materialDirectory, 
         return vrkPutToErrorLog("3DS file expected but something else encountered", 14);
     }
 
-    std::unique_ptr<TList> untaken;
-    if (flags & LOAD_MATERIALS)
-        untaken = makeMaterialList(group, materialDirectory);
-    std::unique_ptr<PathList> untakenPaths;
-    if (flags & LOAD_KEYFRAMES)
-        untakenPaths = makePathList(group);
-    vrkPutToErrorLog("Start processing...", 50);
-    keyframesRead = false;
-    beginNodes(group, loaderPaths);
-    walkChunks(group, flags, size, progress);
-    endMaterials();
+    LoadLists lists;
+    const bool ready = makeLists(&lists, group, materialDirectory, flags);
+    if (ready)
+        readChunks(group, flags, size, progress);
     vrkLoader.atEnd = true;
     vrkFree(&block);
+    if (!ready)
+        return cannotOpen();
 
     runPasses(group, flags, progress, packName);
     endNodes();
-    if (untaken)
+    if (lists.materials)
         loaderMaterials = nullptr;
-    if (untakenPaths)
+    if (lists.paths)
         loaderPaths = nullptr;
     return 0;
 }

@@ -68,9 +68,17 @@ LoadedNode* addNode(int type)
     return &node;
 }
 
+std::unique_ptr<VRKPath> makeTrack(int keys, int type, int kind, Object* object)
+{
+    auto path = std::make_unique<VRKPath>(keys, type, kind, object);
+    if (!path->keys)
+        throw std::bad_alloc();
+    return path;
+}
+
 VRKPath* addTrack(int kind, Object* object)
 {
-    auto path = std::make_unique<VRKPath>(1, VRK_NODE_OBJECT, kind, object);
+    auto path = makeTrack(1, VRK_NODE_OBJECT, kind, object);
     return paths->addPath(path.get()) == 0 ? path.release() : nullptr;
 }
 

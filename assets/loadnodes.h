@@ -7,6 +7,8 @@
 // stands as its vertices do. Keys then say how it moves from there.
 #pragma once
 
+#include <memory>
+
 #include "vornik/core/vectors.h"
 
 class Mesh;
@@ -39,6 +41,8 @@ void beginNodes(OGroup* group, PathList* paths);
 void rememberAxes(const Mesh* mesh, const float* axes);
 /// A new node; null when there are more than any group has objects for.
 LoadedNode* addNode(int type);
+/// A track with room for its keys: without memory for them it throws.
+std::unique_ptr<VRKPath> makeTrack(int keys, int type, int kind, Object* object);
 /// A track of one key for an object; null where the list is full.
 VRKPath* addTrack(int kind, Object* object);
 /// Gives a node the object of its name: a mesh that has a node already is copied, and a name without a mesh

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <new>
 
 #include "platform/file.h"
 
@@ -50,8 +51,8 @@ int packOpen(const char* name)
     packClose();
     packDirectorySize = packStreamPos = packEntryCount = 0;
 
-    const auto records = std::make_unique<PackEntry[]>(VRK_PACK_MOST_ENTRIES);
-    FILE* stream = vrkOpenFile(name, "rb");
+    const std::unique_ptr<PackEntry[]> records(new (std::nothrow) PackEntry[VRK_PACK_MOST_ENTRIES]());
+    FILE* stream = records ? vrkOpenFile(name, "rb") : nullptr;
     if (!stream)
         return 1;
     const uint32_t count = readRecords(stream, records.get());
@@ -102,7 +103,7 @@ PackHandle* packFileOpen(const char* name, const char* /*mode*/)
     const int index = packFindEntry(name);
     if (index < 0)
         return nullptr;
-    return new PackHandle{packDirectory[index].start, static_cast<uint32_t>(index)};
+    return new (std::nothrow) PackHandle{packDirectory[index].start, static_cast<uint32_t>(index)};
 }
 
 int packFileClose(PackHandle* handle)

@@ -69,7 +69,9 @@ private:
 
 int read3dsKeyframer(int length, OGroup* group, PathList* paths)
 {
-    return KeyframeReader(length, group, paths).read();
+    int result = 0;
+    readWhileMemoryLasts([&] { result = KeyframeReader(length, group, paths).read(); });
+    return result;
 }
 
 int KeyframeReader::read()
@@ -254,7 +256,7 @@ VRKPath* KeyframeReader::takePath(std::unique_ptr<VRKPath> path)
 void KeyframeReader::readStrictPositions()
 {
     const int count = readTrackHeader(20);
-    auto path = std::make_unique<VRKPath>(count, type, VRK_TRACK_POSITION, object);
+    auto path = makeTrack(count, type, VRK_TRACK_POSITION, object);
     for (int k = 0; k < count; ++k)
     {
         const int frame = vrkLoader.getShort();
@@ -269,7 +271,7 @@ void KeyframeReader::readStrictPositions()
 void KeyframeReader::readStrictRotations()
 {
     const int count = readTrackHeader(22);
-    auto path = std::make_unique<VRKPath>(count, type, VRK_TRACK_ROTATION, object);
+    auto path = makeTrack(count, type, VRK_TRACK_ROTATION, object);
     for (int k = 0; k < count; ++k)
     {
         const int frame = static_cast<uint16_t>(vrkLoader.getShort());
@@ -299,7 +301,7 @@ void KeyframeReader::readPositions()
     if (count == 0 || (node && !node->object))
         return;
     const bool lead = count > 1 && type == VRK_NODE_OBJECT;
-    auto path = std::make_unique<VRKPath>(count + (lead ? 1 : 0), type, VRK_TRACK_POSITION, object);
+    auto path = makeTrack(count + (lead ? 1 : 0), type, VRK_TRACK_POSITION, object);
     int at = 0;
     for (int k = 0; k < count; ++k)
     {
@@ -324,7 +326,7 @@ void KeyframeReader::readRotations()
     if (count == 0 || !node || !node->object)
         return;
     const bool tail = count > 1;
-    auto path = std::make_unique<VRKPath>(count + (tail ? 1 : 0), type, VRK_TRACK_ROTATION, object);
+    auto path = makeTrack(count + (tail ? 1 : 0), type, VRK_TRACK_ROTATION, object);
     int frame = 0;
     for (int k = 0; k < count; ++k)
     {
@@ -348,7 +350,7 @@ void KeyframeReader::readRolls()
     const int count = readTrackHeader(10);
     if (count == 0 || type != VRK_NODE_CAMERA || !object)
         return;
-    auto path = std::make_unique<VRKPath>(count + 1, type, VRK_TRACK_SCALAR, object);
+    auto path = makeTrack(count + 1, type, VRK_TRACK_SCALAR, object);
     for (int k = 0; k < count; ++k)
     {
         const int frame = readKeyHeader();

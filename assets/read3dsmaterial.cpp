@@ -39,6 +39,8 @@ static float readChannel()
 Color* read3dsColor()
 {
     auto* color = static_cast<Color*>(malloc(sizeof(Color)));
+    if (!color)
+        return nullptr;
     *color = {0, 0, 0, 1};
     const uint16_t id = vrkLoader.chunkID;
     if (id == 0x0010 || (id == 0x0013 && loaderTolerant))
@@ -240,10 +242,9 @@ static const ColorSlot* findColorSlot(uint16_t id)
 static void readMaterialColor(Material* material, const ColorSlot& slot, uint32_t length)
 {
     Color* color = readInnerColor(length);
-    if (!color)
-        return;
-    (material->*slot.add)(color);
-    loaderMaterials->keepColor(color); // materials don't own their colours
+    // Materials don't own their colours: the list does.
+    if (color && loaderMaterials->keepColor(color))
+        (material->*slot.add)(color);
 }
 
 // One child of a material that has its name.
@@ -278,9 +279,8 @@ static void readMaterialPart(Material* material, ChunkWalk& walk, int flags)
     }
 }
 
-void read3dsMaterial(int length, int flags)
+static void readMaterial(int length, int flags)
 {
-    loaderTolerant = (flags & LOAD_TOLERANT) != 0;
     Material* material = nullptr;
     ChunkWalk walk(length, 0);
     while (walk.next())
@@ -295,4 +295,10 @@ void read3dsMaterial(int length, int flags)
         else
             walk.skip();
     }
+}
+
+void read3dsMaterial(int length, int flags)
+{
+    loaderTolerant = (flags & LOAD_TOLERANT) != 0;
+    readWhileMemoryLasts([&] { readMaterial(length, flags); });
 }

@@ -34,6 +34,10 @@ public:
           walk(chunkLength, static_cast<int64_t>(nameBytes) + 6)
     {
     }
+    ObjectReader(const ObjectReader&) = delete;
+    ObjectReader& operator=(const ObjectReader&) = delete;
+    /// Finishes what was begun, also where memory ended the reading.
+    ~ObjectReader();
 
     void read();
 
@@ -99,6 +103,10 @@ void ObjectReader::read()
 {
     while (walk.next())
         readPart();
+}
+
+ObjectReader::~ObjectReader()
+{
     finishMesh();
     finishLight();
 }
@@ -172,6 +180,8 @@ void ObjectReader::readVertices()
         return walk.skip();
     const int count = ChunkWalk::clip(readCount(), 12);
     mesh->createVertices(count);
+    if (mesh->vertexCount < count)
+        throw std::bad_alloc();
     for (int i = 0; i < count; i++)
         mesh->originalVertices[i] = readVector();
 }
@@ -180,8 +190,10 @@ void ObjectReader::readFaces()
 {
     if (!mesh)
         return walk.skip();
-    const int count = readCount();
-    mesh->createFaces(ChunkWalk::clip(count, 8));
+    const int count = readCount(), kept = ChunkWalk::clip(count, 8);
+    mesh->createFaces(kept);
+    if (mesh->faceCount < kept)
+        throw std::bad_alloc();
     for (int i = 0; i < mesh->faceCount; i++)
     {
         mesh->faces[i].a = static_cast<uint16_t>(vrkLoader.getShort());
@@ -255,6 +267,14 @@ void ObjectReader::readAxes()
         rememberAxes(mesh, axes);
 }
 
+static void takeColor(Light* light)
+{
+    Color* color = read3dsColor();
+    if (color)
+        light->color = *color;
+    free(color);
+}
+
 void ObjectReader::beginLight()
 {
     finishLight();
@@ -272,9 +292,7 @@ void ObjectReader::beginLight()
     }
     vrkLoader.getChunkID();
     walk.count(vrkLoader.chunkLength);
-    Color* color = read3dsColor();
-    light->color = *color;
-    free(color);
+    takeColor(light);
 }
 
 // What else the tolerant reading takes of a light: its first colour, wherever it stands, and its strength.
@@ -290,9 +308,7 @@ void ObjectReader::readLightColor()
     }
     else if (id >= 0x0010 && id <= 0x0013 && !lightHasColor)
     {
-        Color* color = read3dsColor();
-        light->color = *color;
-        free(color);
+        takeColor(light);
         lightHasColor = true;
     }
 }
@@ -333,5 +349,5 @@ void read3dsObject(int length, OGroup* group, int flags)
     loaderTolerant = (flags & LOAD_TOLERANT) != 0;
     char name[1024] = "";
     const int nameBytes = vrkLoader.getString(name, sizeof(name));
-    ObjectReader(length, group, flags, name, nameBytes).read();
+    readWhileMemoryLasts([&] { ObjectReader(length, group, flags, name, nameBytes).read(); });
 }

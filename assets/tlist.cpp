@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <new>
 #include <vector>
 
 #include "assets/livinglists.h"
@@ -33,9 +34,10 @@ bool isInAnyList(const Material* material)
 TList::TList() : first(new Material), unused(0), baseDirectory{}, keptColors(nullptr)
 {
     Color* color = static_cast<Color*>(std::malloc(sizeof(Color)));
-    if (color)
+    if (color && keepColor(color))
         *color = {0.5f, 0.0f, 0.2f, 1.0f};
-    keepColor(color);
+    else
+        color = nullptr;
     first->setName("VRKDefault");
     first->addAmbientColor(color);
     first->addDiffuseColor(color);
@@ -64,9 +66,16 @@ TList::~TList()
     }
 }
 
-void TList::keepColor(Color* color)
+bool TList::keepColor(Color* color)
 {
-    keptColors = new KeptColor{color, keptColors};
+    auto* kept = new (std::nothrow) KeptColor{color, keptColors};
+    if (!kept)
+    {
+        std::free(color);
+        return false;
+    }
+    keptColors = kept;
+    return true;
 }
 
 int TList::addMaterial(Material* material)

@@ -110,6 +110,28 @@ static void saveImages()
     save("imagelist", "mixed", bytesOf("WALL.JPG\nHOLES.TGA\nNONE.TGA\nx\nF1.TGA"));
 }
 
+static void saveCommands()
+{
+    const std::string commands[] = {"HELP",          "HELP SET",       "INFO",
+                                    "MEM",           "EXIT",           "CLS",
+                                    "SCENEINFO",     "EVARLIST",       "EFUNCLIST",
+                                    "SET speed 2.5", "GET speed",      "EVAL sqr 3",
+                                    "EVAL next 7",   "EVAL none",      "DIR *.TGA",
+                                    "GAMMA 0.75",    "FOV 90",         "ACTIVETLIST 0",
+                                    "ACTIVEPLIST 0", "ACTIVECAMERA 0", "LOAD3DS SCENE.3DS . /r /s /x /c /o",
+                                    "RELOAD3DS /x",  "CLEAR3DS",       "EXECSCRIPT S"};
+    std::string lines, script;
+    for (const std::string& command : commands)
+    {
+        lines += command + "\n";
+        script += "#" + command + "\r\n";
+        save("console", "one-" + std::to_string(lines.size()), bytesOf(command));
+    }
+    save("console", "all", bytesOf(lines));
+    save("script", "all", bytesOf(script));
+    save("script", "comments", bytesOf("a comment\n# EXIT \n<EOF>\n#INFO"));
+}
+
 // Targets whose input is a choice of calls and numbers: any bytes are a valid start.
 static void saveCalls()
 {
@@ -157,6 +179,7 @@ int main(int argc, char** argv)
     saveScenes();
     savePacks();
     saveImages();
+    saveCommands();
     saveCalls();
     saveLines();
     return 0;

@@ -6,6 +6,7 @@
 
 #include <unistd.h>
 
+#include "tests/support/completescene.h"
 #include "tests/support/imagewriter.h"
 #include "vornik/core/errorlog.h"
 #include "vornik/rasterizer/startup.h"
@@ -47,6 +48,7 @@ void startSilentEngine()
         saveFile(folder + "F2.TGA", writeTga(Picture(16, 16)));
         const std::string list = "F1.TGA\nF2.TGA\n";
         saveFile(folder + "FIRE.IFL", {list.begin(), list.end()});
+        saveFile(folder + "SCENE.3DS", build3ds(completeScene()));
         return true;
     }();
     static_cast<void>(started);

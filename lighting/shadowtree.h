@@ -66,13 +66,14 @@ private:
     const Light& light;
     OGroup* const* groups;
     int groupCount;
-    bool bounded;                             // the light stands where the arithmetic can't overflow
+    bool bounded; // there is a tree, and the light stands where the arithmetic can't overflow
     std::vector<ShadowFace> faces;            // that may block at all
     std::vector<shadow::Packet> packets;      // of the tree
     std::vector<shadow::Packet> alwaysTested; // of faces which no box holds
     std::vector<shadow::Node> nodes;          // the first one is the root
     mutable int32_t before = -1;              // the packet that blocked the last ray
 
+    void build();
     void sortIn(const ShadowFace& face, Items& items, Items& unboxed);
     int32_t buildNode(Items& items, size_t first, size_t last, int depth);
     int32_t buildPacket(const Items& items, size_t first, size_t last);

@@ -26,6 +26,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/memorylasts.h"
 #include "lighting/shadowtree.h"
 #include "vornik/scene/object.h"
 
@@ -162,8 +163,13 @@ static float measure(const shadow::Box& box)
 ShadowTree::ShadowTree(const Light& lamp, OGroup* const* sceneGroups, int sceneGroupCount)
     : light(lamp), groups(sceneGroups), groupCount(sceneGroupCount), bounded(isBounded(lamp.location))
 {
-    if (!bounded)
-        return;
+    // Without memory for a tree every ray asks all faces.
+    if (bounded)
+        bounded = whileMemoryLasts([this] { build(); });
+}
+
+void ShadowTree::build()
+{
     Items items, unboxed;
     for (int g = 0; g < groupCount; g++)
         if (groups[g])

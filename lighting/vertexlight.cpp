@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <optional>
-#include <vector>
 
 #include "lighting/shadowtree.h"
 #include "platform/file.h"
@@ -245,9 +244,12 @@ void OGroup::loadLights(const char* fileName)
         if (!hasColors(meshes[m]))
             continue;
         // Whole floats only: a file cut in the middle of one leaves that one as it was.
-        std::vector<float> values(size_t(meshes[m]->vertexCount) * 4);
-        const size_t count = fread(values.data(), sizeof(float), values.size(), file);
-        std::copy_n(values.data(), count, &meshes[m]->lightColors[0].r);
+        for (int v = 0; v < meshes[m]->vertexCount; v++)
+        {
+            float values[4];
+            const size_t count = fread(values, sizeof(float), 4, file);
+            std::copy_n(values, count, &meshes[m]->lightColors[v].r);
+        }
     }
     fclose(file);
 }

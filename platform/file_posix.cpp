@@ -7,10 +7,12 @@
 #include <climits>
 #include <cstdlib>
 #include <cstring>
-#include <dirent.h>
 #include <strings.h>
 #include <sys/stat.h>
 #include <vector>
+
+#include "core/memorylasts.h"
+#include "platform/openfolder.h"
 
 static bool exists(const std::string& path)
 {
@@ -35,13 +37,12 @@ static bool isFolder(const std::string& path)
 static std::string entryInOtherCase(const std::string& folder, const std::string& name)
 {
     std::string best;
-    DIR* entries = opendir(folder.empty() ? "." : folder.c_str());
+    const OpenFolder entries(opendir(folder.empty() ? "." : folder.c_str()));
     if (!entries)
         return best;
-    while (const dirent* entry = readdir(entries))
+    while (const dirent* entry = readdir(entries.get()))
         if (strcasecmp(entry->d_name, name.c_str()) == 0 && (best.empty() || best > entry->d_name))
             best = entry->d_name;
-    closedir(entries);
     return best;
 }
 
@@ -110,10 +111,8 @@ static std::string nameToCreate(const char* name)
     return resolveFolder(parts, &folder) ? folder + parts.back() : "";
 }
 
-FILE* vrkOpenFile(const char* name, const char* mode)
+static FILE* openFound(const char* name, const char* mode)
 {
-    if (!name || !*name)
-        return nullptr;
     const bool creates = std::strchr(mode, 'w') || std::strchr(mode, 'a');
     const std::string path = creates ? nameToCreate(name) : vrkResolveName(name);
     if (path.empty() || (creates ? isFolder(path) : !isPlainFile(path)))
@@ -125,6 +124,14 @@ FILE* vrkOpenFile(const char* name, const char* mode)
         if (*c != 't')
             plainMode += *c;
     return std::fopen(path.c_str(), plainMode.c_str());
+}
+
+FILE* vrkOpenFile(const char* name, const char* mode)
+{
+    FILE* file = nullptr;
+    if (name && *name)
+        whileMemoryLasts([&] { file = openFound(name, mode); });
+    return file;
 }
 
 char* vrkReadFile(const char* name, size_t padding, size_t* size)

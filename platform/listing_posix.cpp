@@ -1,11 +1,11 @@
 #include "platform/listing.h"
 
 #include <algorithm>
-#include <dirent.h>
 #include <strings.h>
 #include <sys/stat.h>
 
 #include "platform/file.h"
+#include "platform/openfolder.h"
 
 static bool sameCharacter(char a, char b)
 {
@@ -65,13 +65,12 @@ std::vector<ListedFile> vrkListFiles(const char* pattern)
     const size_t nameStart = path.find_last_of("/\\") + 1; // 0 when there is no separator
     const std::string name = path.substr(nameStart);
     const std::string folder = nameStart == 0 ? "./" : vrkResolveName(path.substr(0, nameStart).c_str());
-    DIR* entries = folder.empty() || name.empty() ? nullptr : opendir(folder.c_str());
+    const OpenFolder entries(folder.empty() || name.empty() ? nullptr : opendir(folder.c_str()));
     if (!entries)
         return files;
-    while (const dirent* entry = readdir(entries))
+    while (const dirent* entry = readdir(entries.get()))
         if (isListed(entry->d_name, name))
             files.push_back({entry->d_name, sizeOf(folder + entry->d_name)});
-    closedir(entries);
     std::sort(files.begin(), files.end(),
               [](const ListedFile& a, const ListedFile& b) { return a.name < b.name; });
     return files;

@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "core/bits.h"
+#include "core/memorylasts.h"
 #include "vornik/scene/mesh.h"
 #include "vornik/scene/ogroup.h"
 
@@ -204,5 +205,5 @@ void OGroup::closeCombine(float percent)
     float e = weldDistance(*this, percent);
     // Nothing lies strictly within a distance of zero, a negative one or one that is no number.
     if (e > 0.0f)
-        Welder(meshes[0]->originalVertices, meshes[0]->vertexCount, e).weld();
+        whileMemoryLasts([&] { Welder(meshes[0]->originalVertices, meshes[0]->vertexCount, e).weld(); });
 }

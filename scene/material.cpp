@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 
 #include "particles/livingsources.h"
 #include "vornik/assets/texture.h"
@@ -164,7 +165,9 @@ int Material::makeTextureFromColor()
     if (!diffuse)
         return vrkPutToErrorLog("Material contains no diffuse values", 30);
 
-    Texture* texture = new Texture;
+    Texture* texture = new (std::nothrow) Texture;
+    if (!texture)
+        return 0;
     addFirstTexture(texture);
     const int side = 4;
     texture->pixels = static_cast<uint8_t*>(std::malloc(side * side * 4));

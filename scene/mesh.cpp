@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <new>
 
 #include "rasterizer/d3d/d3dmesh.h"
 #include "scene/materialranges.h"
@@ -56,18 +57,19 @@ static void release(T*& array)
     array = nullptr;
 }
 
-// Changes the size of an array; entries beyond the old count are cleared.
+// Changes the size of an array; entries beyond the old count are cleared. @return false without memory for it
 template <typename T>
-static void resize(T*& array, int oldCount, int count)
+static bool resize(T*& array, int oldCount, int count)
 {
     const size_t size = static_cast<size_t>(count > 0 ? count : 1) * sizeof(T);
     T* resized = static_cast<T*>(std::realloc(array, size));
     if (!resized)
-        return;
+        return false;
     const int kept = array ? oldCount : 0;
     array = resized;
     if (count > kept)
         std::memset(static_cast<void*>(array + kept), 0, static_cast<size_t>(count - kept) * sizeof(T));
+    return true;
 }
 
 template <typename T>
@@ -77,6 +79,7 @@ static void copyArray(T* to, const T* from, int count)
         std::memcpy(static_cast<void*>(to), from, static_cast<size_t>(count) * sizeof(T));
 }
 
+// Without memory for all of its arrays a mesh has no vertices.
 void Mesh::createVertices(int n)
 {
     destroyVertices();
@@ -91,6 +94,12 @@ void Mesh::createVertices(int n)
     lightColors = makeArray<Color>(n);
     vertexColors = makeArray<Color>(n);
     vertexCount = n;
+    if (!originalVertices || !calculatedVertices || !transformedVertices || !originalNormals ||
+        !calculatedNormals || !textureCoords || !lightColors || !vertexColors)
+    {
+        destroyVertices();
+        vertexCount = 0;
+    }
 }
 
 void Mesh::destroyVertices()
@@ -116,6 +125,12 @@ void Mesh::createFaces(int n)
     edgeNormals = makeArray<EdgeNormal>(n);
     smoothingGroups = makeArray<uint32_t>(n);
     faceFlags = makeArray<uint8_t>(n);
+    if (!faces || !faceMaterials || !edgeNormals || !smoothingGroups || !faceFlags)
+    {
+        destroyFaces();
+        release(faceFlags);
+        n = 0;
+    }
     // A face that nobody gives a group smooths with nothing.
     for (int i = 0; smoothingGroups && i < n; ++i)
         smoothingGroups[i] = static_cast<uint32_t>(i);
@@ -130,29 +145,20 @@ void Mesh::destroyFaces()
     release(edgeNormals);
 }
 
+// Arrays that have grown stay so where a later one can't; the counts don't rise then.
 void Mesh::expandObject(int vertices, int newFaces)
 {
-    if (vertices > vertexCount)
-    {
-        resize(originalVertices, vertexCount, vertices);
-        resize(calculatedVertices, vertexCount, vertices);
-        resize(transformedVertices, vertexCount, vertices);
-        resize(originalNormals, vertexCount, vertices);
-        resize(calculatedNormals, vertexCount, vertices);
-        resize(textureCoords, vertexCount, vertices);
-        resize(lightColors, vertexCount, vertices);
-        resize(vertexColors, vertexCount, vertices);
+    if (vertices > vertexCount && resize(originalVertices, vertexCount, vertices) &&
+        resize(calculatedVertices, vertexCount, vertices) &&
+        resize(transformedVertices, vertexCount, vertices) &&
+        resize(originalNormals, vertexCount, vertices) && resize(calculatedNormals, vertexCount, vertices) &&
+        resize(textureCoords, vertexCount, vertices) && resize(lightColors, vertexCount, vertices) &&
+        resize(vertexColors, vertexCount, vertices))
         vertexCount = vertices;
-    }
-    if (newFaces > faceCount)
-    {
-        resize(faces, faceCount, newFaces);
-        resize(faceMaterials, faceCount, newFaces);
-        resize(faceFlags, faceCount, newFaces);
-        resize(smoothingGroups, faceCount, newFaces);
-        resize(edgeNormals, faceCount, newFaces);
+    if (newFaces > faceCount && resize(faces, faceCount, newFaces) &&
+        resize(faceMaterials, faceCount, newFaces) && resize(faceFlags, faceCount, newFaces) &&
+        resize(smoothingGroups, faceCount, newFaces) && resize(edgeNormals, faceCount, newFaces))
         faceCount = newFaces;
-    }
 }
 
 void Mesh::minimizeVirtualTriangleCount()
@@ -179,9 +185,11 @@ void Mesh::minimizeVirtualTriangleCount()
 
 Object* Mesh::copyObject()
 {
-    Mesh* copy = new Mesh;
+    Mesh* copy = new (std::nothrow) Mesh;
+    if (!copy)
+        return nullptr;
     std::memcpy(static_cast<void*>(copy), static_cast<const void*>(this), sizeof(Mesh));
-    shareName(copy->name);
+    copy->name = shareName(name);
     // The arrays named by the copied record are the source's.
     copy->detachArrays();
     shareD3DMesh(d3dMesh);

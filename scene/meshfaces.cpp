@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "core/memorylasts.h"
 #include "scene/materialranges.h"
 
 enum
@@ -15,11 +16,12 @@ enum
     mostSplitVertices = 65536 // what the 16-bit indices of faces can name
 };
 
-void Mesh::sortFacesByMaterial()
+// Throws before anything has changed.
+static void sortFaces(Mesh* mesh)
 {
-    if (faceCount < 0 || !faces || !faceMaterials)
-        return;
-
+    const int faceCount = mesh->faceCount;
+    Facelist* faces = mesh->faces;
+    Textlist* faceMaterials = mesh->faceMaterials;
     // Number each material by its first appearance and count its faces.
     std::unordered_map<int32_t, int> numberOf;
     std::vector<int> counts;
@@ -34,13 +36,15 @@ void Mesh::sortFacesByMaterial()
         rangeOf[static_cast<size_t>(i)] = range;
     }
 
+    std::vector<int> next(counts.size());
+    const std::vector<Facelist> oldFaces(faces, faces + faceCount);
+    const std::vector<Textlist> oldMaterials(faceMaterials, faceMaterials + faceCount);
     MaterialFaceList* sorted = makeMaterialRanges(static_cast<int>(counts.size()));
     if (!sorted)
         return;
-    releaseMaterialRanges(this);
-    materialFaces = sorted;
+    releaseMaterialRanges(mesh);
+    mesh->materialFaces = sorted;
 
-    std::vector<int> next(counts.size());
     int first = 0;
     for (size_t range = 0; range < counts.size(); ++range)
     {
@@ -48,15 +52,18 @@ void Mesh::sortFacesByMaterial()
         sorted->ranges[range] = {first, first + counts[range] - 1};
         first += counts[range];
     }
-
-    const std::vector<Facelist> oldFaces(faces, faces + faceCount);
-    const std::vector<Textlist> oldMaterials(faceMaterials, faceMaterials + faceCount);
     for (size_t i = 0; i < oldFaces.size(); ++i)
     {
         const int place = next[static_cast<size_t>(rangeOf[i])]++;
         faces[place] = oldFaces[i];
         faceMaterials[place] = oldMaterials[i];
     }
+}
+
+void Mesh::sortFacesByMaterial()
+{
+    if (faceCount >= 0 && faces && faceMaterials)
+        whileMemoryLasts([&] { sortFaces(this); });
 }
 
 // The faces around each vertex, in face order, each once.
@@ -126,12 +133,11 @@ static void collectGroups(const Adjacency& around, int vertex, const uint32_t* s
             groups->push_back(smoothing[*face]);
 }
 
-void Mesh::prepareSmoothing()
+static void splitVertices(Mesh* mesh)
 {
-    if (!faces || !smoothingGroups || !originalVertices || !textureCoords)
-        return;
-    const int oldCount = vertexCount;
-    const Adjacency around(faces, faceCount, oldCount);
+    const int oldCount = mesh->vertexCount, faceCount = mesh->faceCount;
+    const uint32_t* smoothingGroups = mesh->smoothingGroups;
+    const Adjacency around(mesh->faces, faceCount, oldCount);
     std::vector<uint32_t> groups;
 
     // Room: one vertex for each further group. A vertex without faces takes one away.
@@ -143,7 +149,7 @@ void Mesh::prepareSmoothing()
         collectGroups(around, vertex, smoothingGroups, &groups);
         room += static_cast<int64_t>(groups.size()) - 1;
     }
-    expandObject(static_cast<int>(std::min<int64_t>(oldCount + room, mostSplitVertices)), faceCount);
+    mesh->expandObject(static_cast<int>(std::min<int64_t>(oldCount + room, mostSplitVertices)), faceCount);
 
     int next = oldCount;
     for (int vertex = 0; vertex < oldCount; ++vertex)
@@ -152,14 +158,20 @@ void Mesh::prepareSmoothing()
         // The first group keeps the vertex.
         for (size_t group = 1; group < groups.size(); ++group)
         {
-            if (next >= vertexCount)
+            if (next >= mesh->vertexCount)
                 return;
-            originalVertices[next] = originalVertices[vertex];
-            textureCoords[next] = textureCoords[vertex];
+            mesh->originalVertices[next] = mesh->originalVertices[vertex];
+            mesh->textureCoords[next] = mesh->textureCoords[vertex];
             for (const int* face = around.begin(vertex); face != around.end(vertex); ++face)
                 if (smoothingGroups[*face] == groups[group])
-                    replaceCorner(&faces[*face], vertex, next);
+                    replaceCorner(&mesh->faces[*face], vertex, next);
             ++next;
         }
     }
+}
+
+void Mesh::prepareSmoothing()
+{
+    if (faces && smoothingGroups && originalVertices && textureCoords)
+        whileMemoryLasts([&] { splitVertices(this); });
 }

@@ -11,6 +11,7 @@
 
 #include "core/bits.h"
 #include "core/facecorners.h"
+#include "core/memorylasts.h"
 #include "rasterizer/d3d/d3drasterizer.h"
 #include "scene/statictransform.h"
 #include "scene/transformpoint.h"
@@ -55,11 +56,10 @@ static void toUnitLength(Vertex3D* v)
 
 // Faces are walked once and add to their corners in face order, so every sum has the terms of a scan of all
 // faces for each vertex, in the same order.
-void Mesh::calcNormals()
+static void averageNormals(Mesh* mesh)
 {
-    if (!faces || !originalVertices || !originalNormals)
-        return;
-    const size_t vertices = static_cast<size_t>(vertexCount);
+    const size_t vertices = static_cast<size_t>(mesh->vertexCount);
+    const Vertex3D* originalVertices = mesh->originalVertices;
     std::vector<Vertex3D> sums(vertices, Vertex3D{0.0f, 0.0f, 0.0f});
     std::vector<int> counts(vertices, 0);
     const auto add = [&](uint16_t vertex, const Vertex3D& normal)
@@ -68,10 +68,10 @@ void Mesh::calcNormals()
         ++counts[vertex];
     };
 
-    for (int i = 0; i < faceCount; ++i)
+    for (int i = 0; i < mesh->faceCount; ++i)
     {
-        const Facelist& face = faces[i];
-        if (!hasCorners(face, vertexCount))
+        const Facelist& face = mesh->faces[i];
+        if (!hasCorners(face, mesh->vertexCount))
             continue;
         const Vertex3D& a = originalVertices[face.a];
         Vertex3D normal = (originalVertices[face.b] - a) ^ (originalVertices[face.c] - a);
@@ -90,8 +90,14 @@ void Mesh::calcNormals()
         Vertex3D normal = sums[i];
         normal /= static_cast<float>(counts[i]);
         toUnitLength(&normal);
-        originalNormals[i] = normal;
+        mesh->originalNormals[i] = normal;
     }
+}
+
+void Mesh::calcNormals()
+{
+    if (faces && originalVertices && originalNormals)
+        whileMemoryLasts([&] { averageNormals(this); });
 }
 
 void Mesh::calcEdgeNormals()

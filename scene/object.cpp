@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 
 #include "scene/sharedname.h"
 
@@ -21,13 +22,13 @@ Object& Object::operator=(const Object& other)
 {
     if (this == &other)
         return *this;
-    shareName(other.name);
+    char* shared = shareName(other.name);
     releaseName(&name);
+    name = shared;
     location = other.location;
     rotation = other.rotation;
     position = other.position;
     pivot = other.pivot;
-    name = other.name;
     parent = other.parent;
     objectId = other.objectId;
     parentId = other.parentId;
@@ -45,7 +46,7 @@ Object::~Object()
 
 Object* Object::copyObject()
 {
-    return new Object(*this);
+    return new (std::nothrow) Object(*this);
 }
 
 void Object::setName(const char* text)
@@ -70,7 +71,7 @@ Camera::Camera() : eye{0, 0, 0}, target{0, 0, 0}, roll(0.0f), lens(0.0f), fov(90
 
 Object* Camera::copyObject()
 {
-    return new Camera(*this);
+    return new (std::nothrow) Camera(*this);
 }
 
 Vertex3D Camera::getPosition()
@@ -161,5 +162,5 @@ Light::Light() : color{255.0f, 255.0f, 255.0f, 255.0f}, innerRange(0.0f), outerR
 
 Object* Light::copyObject()
 {
-    return new Light(*this);
+    return new (std::nothrow) Light(*this);
 }

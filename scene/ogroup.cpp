@@ -9,7 +9,7 @@
 #include <string.h>
 
 #include <algorithm>
-#include <vector>
+#include <new>
 
 #include "animation/tracks.h"
 #include "rasterizer/d3d/d3dmesh.h"
@@ -172,14 +172,15 @@ Object* OGroup::findObject(int id)
 template <class T, int capacity>
 static void destroyAll(T* (&slots)[capacity], int32_t& count)
 {
-    std::vector<T*> owned(slots, slots + std::clamp<int>(count, 0, capacity));
-    std::sort(owned.begin(), owned.end());
-    owned.erase(std::unique(owned.begin(), owned.end()), owned.end());
+    T* owned[capacity];
+    T** end = std::copy_n(slots, std::clamp<int>(count, 0, capacity), owned);
+    std::sort(owned, end);
+    end = std::unique(owned, end);
 
     std::fill(slots, slots + capacity, nullptr);
     count = 0;
-    for (T* item : owned)
-        delete item;
+    for (T** item = owned; item != end; ++item)
+        delete *item;
 }
 
 int OGroup::clear()
@@ -387,7 +388,9 @@ void OGroup::attach()
     if (vertices < 1 || faces < 1 || vertices > INT32_MAX || faces > INT32_MAX)
         return;
 
-    Mesh* merged = new Mesh;
+    Mesh* merged = new (std::nothrow) Mesh;
+    if (!merged)
+        return;
     merged->setName("AttachedObject");
     merged->parent = nullptr;
     merged->objectId = 0;
@@ -398,6 +401,11 @@ void OGroup::attach()
     merged->visible = 1;
     merged->createVertices(int(vertices));
     merged->createFaces(int(faces));
+    if (merged->vertexCount < vertices || merged->faceCount < faces)
+    {
+        delete merged;
+        return;
+    }
 
     int vertex = 0, face = 0;
     for (int i = 0; i < meshCount; i++)

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <initializer_list>
+#include <new>
 
 #include "core/facecorners.h"
 #include "rasterizer/d3d/d3dmesh.h"
@@ -19,7 +20,9 @@ int OGroup::constructOctree()
         return vrkPutToErrorLog("Cannot create octree for OGroup! Possible memory leak or OGroup is NULL!",
                                 44);
     // A tree that is there already is the host's now.
-    octree = new octreeNode;
+    octree = new (std::nothrow) octreeNode;
+    if (!octree)
+        return 0;
     for (int i = 0; i < meshCount; i++)
         for (int face = 0; meshes[i] && meshes[i]->visible && face < meshes[i]->faceCount; face++)
             octree->insert(meshes[i], face, true);

@@ -5,6 +5,7 @@
 
 #include <unordered_map>
 
+#include "core/memorylasts.h"
 #include "vornik/core/memory.h"
 
 // Holders beyond the first. Never destroyed: a host's static objects may outlive it.
@@ -14,10 +15,10 @@ static std::unordered_map<char*, int>& furtherHolders()
     return *holders;
 }
 
-void shareName(char* name)
+char* shareName(char* name)
 {
-    if (name)
-        ++furtherHolders()[name];
+    const bool noted = !name || whileMemoryLasts([&] { ++furtherHolders()[name]; });
+    return noted ? name : nullptr;
 }
 
 void releaseName(char** name)

@@ -2,14 +2,17 @@
 
 #include "vornik/spatial/octree.h"
 
+#include <algorithm>
 #include <cfloat>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 #include <vector>
 
 #include "core/facecorners.h"
+#include "core/memorylasts.h"
 #include "platform/file.h"
 #include "spatial/octreegeometry.h"
 #include "spatial/packedtree.h"
@@ -156,7 +159,10 @@ bool octreeNode::polyInside(Vertex3D* triangle)
 class OctreeSplitter
 {
 public:
-    OctreeSplitter(octreeNode* top, int faces, int depth) : node(top), maxFaces(faces), maxDepth(depth)
+    OctreeSplitter(octreeNode* top, int faces, int depth)
+        : node(top), maxFaces(faces), maxDepth(depth),
+          referencesLeft(std::max<int64_t>(VRK_OCTREE_REFERENCES,
+                                           VRK_OCTREE_REFERENCES_EACH * static_cast<int64_t>(top->polys.size)))
     {
         triangles.reserve(static_cast<size_t>(top->polys.size));
         for (int i = 0; i < top->polys.size; ++i)
@@ -176,7 +182,8 @@ public:
         std::vector<uint32_t> all(triangles.size());
         for (size_t i = 0; i < all.size(); ++i)
             all[i] = static_cast<uint32_t>(i);
-        divide(node, all, progress);
+        if (mayDivide(node, all.size()) && addChildren(node))
+            divide(node, all, progress);
     }
 
 private:
@@ -187,33 +194,55 @@ private:
         int32_t along, poly;
     };
 
-    static void addChildren(octreeNode* parent);
+    static bool addChildren(octreeNode* parent);
+    bool mayDivide(const octreeNode* parent, size_t held) const;
     void divide(octreeNode* parent, const std::vector<uint32_t>& held, void (*progress)(int));
     void fill(octreeNode* leaf, const std::vector<uint32_t>& held);
 
     octreeNode* node;
     int maxFaces, maxDepth;
+    int64_t referencesLeft; // that may still be made
     std::vector<Triangle> triangles;
 };
 
-void OctreeSplitter::addChildren(octreeNode* parent)
+// All children of an endless node would hold all its faces.
+bool OctreeSplitter::mayDivide(const octreeNode* parent, size_t held) const
 {
+    return held > static_cast<size_t>(maxFaces) && parent->depth <= maxDepth &&
+           std::isfinite(parent->max.x - parent->min.x) && referencesLeft >= 8 * static_cast<int64_t>(held);
+}
+
+// All eight or none. @return false without memory for them
+bool OctreeSplitter::addChildren(octreeNode* parent)
+{
+    for (octreeNode*& child : parent->child)
+        child = new (std::nothrow) octreeNode;
+    if (std::find(parent->child, parent->child + 8, nullptr) != parent->child + 8)
+    {
+        for (octreeNode*& child : parent->child)
+        {
+            delete child;
+            child = nullptr;
+        }
+        return false;
+    }
     const Vertex3D &min = parent->min, &max = parent->max;
     const Vertex3D middle = {(min.x + max.x) * 0.5f, (min.y + max.y) * 0.5f, (min.z + max.z) * 0.5f};
     for (int i = 0; i < 8; ++i)
     {
-        octreeNode* child = parent->child[i] = new octreeNode;
+        octreeNode* child = parent->child[i];
         child->depth = parent->depth + 1;
         child->setBounds(0, i & 1 ? middle.x : min.x, i & 1 ? max.x : middle.x);
         child->setBounds(1, i & 2 ? middle.y : min.y, i & 2 ? max.y : middle.y);
         child->setBounds(2, i & 4 ? middle.z : min.z, i & 4 ? max.z : middle.z);
         child->calcRadius();
     }
+    return true;
 }
 
+// The children are there.
 void OctreeSplitter::divide(octreeNode* parent, const std::vector<uint32_t>& held, void (*progress)(int))
 {
-    addChildren(parent);
     packed::Node cubes = {};
     packCubes(&cubes, *parent);
     const float width = (parent->max.x - parent->min.x) * 0.5f;
@@ -234,10 +263,12 @@ void OctreeSplitter::divide(octreeNode* parent, const std::vector<uint32_t>& hel
     }
     parent->polys.size = 0;
     parent->hasChildren = true;
+    for (const std::vector<uint32_t>& references : below)
+        referencesLeft -= static_cast<int64_t>(references.size());
     for (int i = 0; i < 8; ++i)
     {
         octreeNode* child = parent->child[i];
-        if (below[i].size() > static_cast<size_t>(maxFaces) && child->depth <= maxDepth)
+        if (mayDivide(child, below[i].size()) && addChildren(child))
             divide(child, below[i], nullptr);
         else
             fill(child, below[i]);
@@ -268,7 +299,7 @@ int octreeNode::split(int maxFaces, int depthLimit, void (*progress)(int))
     if (polys.size <= maxFaces || depth > depthLimit)
         return 0;
     PackedTree::markStale(this);
-    OctreeSplitter(this, maxFaces, depthLimit).run(progress);
+    whileMemoryLasts([&] { OctreeSplitter(this, maxFaces, depthLimit).run(progress); });
     return 0;
 }
 

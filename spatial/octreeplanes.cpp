@@ -5,6 +5,7 @@
 #include <new>
 #include <vector>
 
+#include "core/memorylasts.h"
 #include "scene/worldcorners.h"
 #include "spatial/packedtree.h"
 #include "vornik/scene/mesh.h"
@@ -114,7 +115,7 @@ void octreeNode::unifyPlanes()
 void octreeNode::makePlanes(float tolerance)
 {
     planeCounter = 0;
-    constructPlanes(tolerance);
+    whileMemoryLasts([&] { constructPlanes(tolerance); });
     unifyPlanes();
     PackedTree::make(this);
 }

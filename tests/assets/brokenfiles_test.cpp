@@ -17,6 +17,7 @@
 
 #include "tests/support/completescene.h"
 #include "tests/support/engine.h"
+#include "tests/support/realfiles.h"
 #include "tests/support/writer3ds.h"
 #include "vornik/assets/load3ds.h"
 #include "vornik/assets/texture.h"
@@ -208,29 +209,6 @@ TEST_P(BrokenFiles, ChunksWithoutLengthEndTheWalk)
              .open(0x4100)
              .finish());
     EXPECT_EQ(meshes, 0);
-}
-
-// Real scenes of a folder and those below it.
-static std::vector<fs::path> scenesIn(const fs::path& folder)
-{
-    std::vector<fs::path> found;
-    std::error_code none;
-    for (const auto& entry : fs::recursive_directory_iterator(folder, none))
-    {
-        std::string extension = entry.path().extension().string();
-        std::transform(extension.begin(), extension.end(), extension.begin(),
-                       [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-        if (extension == ".3ds")
-            found.push_back(entry.path());
-    }
-    std::sort(found.begin(), found.end());
-    return found;
-}
-
-static fs::path sharedScenes()
-{
-    const char* given = std::getenv("VORNIK_SCENES");
-    return given ? fs::path(given) : fs::path(VORNIK_SOURCE_FOLDER) / "../shared/scenes";
 }
 
 class RealFiles : public EngineTest

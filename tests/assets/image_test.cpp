@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "tests/support/imagewriter.h"
+#include "tests/support/realfiles.h"
 #include "tests/support/tempfolder.h"
 #include "tests/support/testmesh.h"
 #include "vornik/assets/texture.h"
@@ -729,8 +730,7 @@ TEST_F(TolerantImageLoad, DamagedImagesNeverHarm)
 TEST_F(TolerantImageLoad, RealImages)
 {
     namespace fs = std::filesystem;
-    const char* given = std::getenv("VORNIK_SCENES");
-    const fs::path scenes = given ? fs::path(given) : fs::path(VORNIK_SOURCE_FOLDER) / "../shared/scenes";
+    const fs::path scenes = sharedScenes();
     if (!fs::exists(scenes))
         GTEST_SKIP() << "no real files at " << scenes;
     int images = 0;

@@ -20,7 +20,8 @@ VRK_API void read3dsTextureMap(int length, Texture* texture, TList* list, Materi
 
 /// Reads a colour chunk whose header has just been read. Byte channels are taken as signed: 128 and more come
 /// out negative, unless the load is tolerant.
-/// @return a new Color, a malloc block that the caller owns
+/// @return a new Color, a malloc block that the caller owns; null, with nothing read, if memory doesn't
+/// suffice
 VRK_API Color* read3dsColor();
 
 #endif

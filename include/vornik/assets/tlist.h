@@ -42,7 +42,8 @@ public:
     Material* getMaterial(int id);
 
     /// Takes ownership of a malloc block that materials of this list point at: it is freed with the list.
-    void keepColor(Color* color);
+    /// @return false if memory doesn't suffice; the block is then freed at once
+    bool keepColor(Color* color);
 
 private:
     struct KeptColor;

@@ -27,6 +27,13 @@ struct OTPolyList
     int32_t room;
 };
 
+/// What keeps a few faces without measure from filling all memory: no scene that is to be seen comes near.
+enum VRKOctreeLimit
+{
+    VRK_OCTREE_REFERENCES = 1000000,
+    VRK_OCTREE_REFERENCES_EACH = 64
+};
+
 /// A cube of the tree. Leaves hold faces, by reference; a face that straddles a border is held by every leaf
 /// that it touches. Faces are placed by their mesh's position alone, without rotation and pivot, as they are
 /// when the tree is built; nothing follows later motion. Integer results are 0 for success; 1 stands for a
@@ -55,7 +62,8 @@ public:
     /// Makes the bounds a cube around the same middle. Call it before split().
     void adjustSize();
     /// Divides this node and what is below while there are more than maxFaces in a node of depth maxDepth or
-    /// less.
+    /// less. Nodes stay whole where their bounds are endless, where memory ends, and once
+    /// VRK_OCTREE_REFERENCES have been made, or VRK_OCTREE_REFERENCES_EACH for each face if that is more.
     /// @param progress  may be null; called with 0 to 7 as the children of this node are done
     /// @return 2 for limits below 1
     int split(int maxFaces, int maxDepth, void (*progress)(int));

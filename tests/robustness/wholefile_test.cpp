@@ -1,0 +1,151 @@
+// Whole scene files, cut and damaged at places all over them, loaded and drawn: every load ends in a defined
+// result, within a small multiple of the intact file's time and a stated multiple of the file's size in
+// memory.
+//
+// VORNIK_DAMAGE_STEPS sets the number of places in a file, 2,000 for a thorough run; a few suffice every day.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "tests/support/allocations.h"
+#include "tests/support/completescene.h"
+#include "tests/support/engine.h"
+#include "tests/support/realfiles.h"
+#include "vornik/assets/load3ds.h"
+#include "vornik/core/errorlog.h"
+#include "vornik/rasterizer/startup.h"
+#include "vornik/scene/ogroup.h"
+#include "vornik/scene/renderflags.h"
+#include "vornik/scene/scene.h"
+
+namespace fs = std::filesystem;
+using Bytes = std::vector<uint8_t>;
+using Clock = std::chrono::steady_clock;
+
+static const int everything = LOAD_MESHES | LOAD_LIGHTS | LOAD_CAMERAS | LOAD_KEYFRAMES | LOAD_MATERIALS |
+                              LOAD_SMOOTHING | LOAD_COMBINE | LOAD_TEXTURE_32BIT;
+
+// A byte of a scene file becomes at most this many in memory; beside them stand a list of tracks, a list of
+// materials, their images and the blocks of pixels that are read into.
+static const long long bytesEach = 160;
+static const long long fixedBytes = 64ll << 20;
+
+static size_t placesWanted()
+{
+    const char* wanted = std::getenv("VORNIK_DAMAGE_STEPS");
+    return wanted ? static_cast<size_t>(std::max(1, std::atoi(wanted))) : 12;
+}
+
+class DamagedFiles : public EngineTest
+{
+protected:
+    void SetUp() override
+    {
+        EngineTest::SetUp();
+        vrkInitErrorLog(3);
+    }
+
+    double loadAndDraw(const Bytes& bytes, int flags)
+    {
+        const std::string file = folder.write("SCENE.3DS", bytes);
+        const Clock::time_point begin = Clock::now();
+        {
+            Scene scene;
+            OGroup* group = scene.createOGroup(file.c_str(), flags, images.c_str(), 0, nullptr, nullptr);
+            if (group)
+            {
+                scene.render(VRK_RENDER_SOLID | VRK_RENDER_ANIMATE_CAMERA);
+                scene.render(VRK_RENDER_TRANSPARENT_NOW | VRK_RENDER_CULL);
+            }
+            loaded = group != nullptr;
+        }
+        return std::chrono::duration<double>(Clock::now() - begin).count();
+    }
+
+    void loadDamaged(const Bytes& bytes, int flags)
+    {
+        const long long before = heldBytes();
+        resetPeak();
+        slowest = std::max(slowest, loadAndDraw(bytes, flags));
+        const long long most = peakBytes() - before;
+        EXPECT_LE(most, fixedBytes + bytesEach * static_cast<long long>(bytes.size()));
+        mostBytes = std::max(mostBytes, most);
+    }
+
+    // Cut at the place, and the byte there set to 0, to 255 and flipped.
+    void damage(const Bytes& whole, size_t place, int flags)
+    {
+        SCOPED_TRACE(place);
+        loadDamaged(Bytes(whole.begin(), whole.begin() + static_cast<ptrdiff_t>(place)), flags);
+        const uint8_t byte = whole[place];
+        for (const int value : {0x00, 0xFF, byte ^ 0xFF})
+        {
+            Bytes changed = whole;
+            changed[place] = static_cast<uint8_t>(value);
+            loadDamaged(changed, flags);
+        }
+    }
+
+    void damageAll(const Bytes& whole, const std::string& name)
+    {
+        SCOPED_TRACE(name);
+        for (const int flags : {everything, everything | LOAD_TOLERANT})
+        {
+            double intact = loadAndDraw(whole, flags);
+            intact = std::max(intact, loadAndDraw(whole, flags));
+            EXPECT_TRUE(loaded);
+            slowest = 0;
+            mostBytes = 0;
+            const size_t places = std::min(placesWanted(), whole.size());
+            for (size_t i = 0; i < places; ++i)
+                damage(whole, whole.size() * i / places, flags);
+            // Wide: the machine may pause. What grows with the square of a count is a thousand times slower.
+            EXPECT_LT(slowest, 20 * intact + 2);
+            if (std::getenv("VORNIK_DAMAGE_STEPS"))
+                std::printf("%-40s %s: intact %.1f ms, slowest %.1f ms, most memory %.1f MB\n", name.c_str(),
+                            flags & LOAD_TOLERANT ? "tolerant" : "strict", intact * 1e3, slowest * 1e3,
+                            static_cast<double>(mostBytes) / (1 << 20));
+        }
+    }
+
+    void damageFolder(const fs::path& root)
+    {
+        for (const fs::path& file : scenesIn(root))
+        {
+            const Bytes whole = bytesOf(file);
+            images = file.parent_path().string();
+            if (whole.size() > 100)
+                damageAll(whole, file.filename().string());
+        }
+    }
+
+    std::string images;
+    bool loaded = false;
+    double slowest = 0;
+    long long mostBytes = 0;
+};
+
+TEST_F(DamagedFiles, OfOurOwnWriter)
+{
+    damageAll(build3ds(completeScene()), "complete scene");
+}
+
+TEST_F(DamagedFiles, OfTheTestModelsPackage)
+{
+    if (!fs::exists(packagedScenes()))
+        GTEST_SKIP() << "assimp-testmodels isn't installed";
+    damageFolder(packagedScenes());
+}
+
+TEST_F(DamagedFiles, OfTheSharedFolder)
+{
+    if (!fs::exists(sharedScenes()))
+        GTEST_SKIP() << "no folder with shared scenes";
+    damageFolder(sharedScenes());
+}

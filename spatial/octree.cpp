@@ -161,8 +161,8 @@ class OctreeSplitter
 public:
     OctreeSplitter(octreeNode* top, int faces, int depth)
         : node(top), maxFaces(faces), maxDepth(depth),
-          referencesLeft(std::max<int64_t>(VRK_OCTREE_REFERENCES,
-                                           VRK_OCTREE_REFERENCES_EACH * static_cast<int64_t>(top->polys.size)))
+          referencesLeft(std::max<int64_t>(VRK_OCTREE_REFERENCES, VRK_OCTREE_REFERENCES_EACH *
+                                                                      static_cast<int64_t>(top->polys.size)))
     {
         triangles.reserve(static_cast<size_t>(top->polys.size));
         for (int i = 0; i < top->polys.size; ++i)

@@ -62,7 +62,9 @@ namespace wide
 #define LANES_BITS(v) static_cast<uint32_t>(_mm256_movemask_ps((__m256)(v)))
 #include "spatial/packedlanes.inc"
 } // namespace wide
-static const bool isWide = __builtin_cpu_supports("avx2");
+bool packedLanesAreWide = __builtin_cpu_supports("avx2");
+#else
+bool packedLanesAreWide = false;
 #endif
 
 static bool isBounded(const Vertex3D& v)
@@ -104,7 +106,8 @@ int PackedTree::begin(const packed::Ray& ray, int most)
     else
     {
 #ifdef HAS_WIDE_LANES
-        passedCount = isWide ? wide::passedLeaves(*this, ray, most) : narrow::passedLeaves(*this, ray, most);
+        passedCount = packedLanesAreWide ? wide::passedLeaves(*this, ray, most)
+                                         : narrow::passedLeaves(*this, ray, most);
 #else
         passedCount = narrow::passedLeaves(*this, ray, most);
 #endif
@@ -115,7 +118,7 @@ int PackedTree::begin(const packed::Ray& ray, int most)
 packed::Found PackedTree::next(const packed::Ray& ray, packed::Leaf** leaf)
 {
 #ifdef HAS_WIDE_LANES
-    if (isWide)
+    if (packedLanesAreWide)
         return wide::nextLeaf(*this, ray, leaf);
 #endif
     return narrow::nextLeaf(*this, ray, leaf);
@@ -124,7 +127,7 @@ packed::Found PackedTree::next(const packed::Ray& ray, packed::Leaf** leaf)
 uint32_t PackedTree::planesMet(const packed::Planes& planes, const packed::Sweep& sweep)
 {
 #ifdef HAS_WIDE_LANES
-    if (isWide)
+    if (packedLanesAreWide)
         return wide::planesMet(planes, sweep);
 #endif
     return narrow::planesMet(planes, sweep);
@@ -134,7 +137,7 @@ packed::Touched childrenTouched(const packed::Node& node, const Vertex3D* corner
                                 bool isPlump)
 {
 #ifdef HAS_WIDE_LANES
-    if (isWide)
+    if (packedLanesAreWide)
         return wide::childrenTouched(node, corners, alongNormal, isPlump);
 #endif
     return narrow::childrenTouched(node, corners, alongNormal, isPlump);
@@ -143,7 +146,7 @@ packed::Touched childrenTouched(const packed::Node& node, const Vertex3D* corner
 uint32_t lookingAway(const packed::Looks& faces, const Vertex3D& normal, int32_t material)
 {
 #ifdef HAS_WIDE_LANES
-    if (isWide)
+    if (packedLanesAreWide)
         return wide::lookingAway(faces, normal, material);
 #endif
     return narrow::lookingAway(faces, normal, material);

@@ -212,6 +212,9 @@ private:
     bool stale = false;
 };
 
+/// Are eight lanes used at a time, rather than four? Results are the same; tests clear it.
+extern bool packedLanesAreWide;
+
 /// Fills in the cubes of a divided node's children.
 void packCubes(packed::Node* packedNode, const octreeNode& node);
 /// Which children does a triangle touch, as far as that can be told at once?

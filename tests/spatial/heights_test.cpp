@@ -11,9 +11,11 @@
 #include <random>
 #include <vector>
 
+#include "spatial/packedtree.h"
 #include "tests/spatial/randomgroup.h"
 #include "tests/support/allocations.h"
 #include "tests/support/engine.h"
+#include "tests/support/glrecorder.h"
 #include "tests/support/testmesh.h"
 #include "vornik/animation/path.h"
 #include "vornik/assets/texture.h"
@@ -95,7 +97,7 @@ static void expectPlainAnswers(Vertex3D start, Vertex3D end, OGroup* group, unsi
     EXPECT_TRUE(sameBits(&highest, &high, sizeof high));
     EXPECT_TRUE(sameBits(&depth, &low, sizeof low));
     for (const float limit : {0.5f, 3.0f, 20.0f, closest, std::nextafter(closest, FLT_MAX)})
-        EXPECT_EQ(vrkRayScene(&start, &end, limit, group), closest < limit);
+        EXPECT_EQ(vrkRayScene(&start, &end, limit, group), closest < limit) << closest << " " << limit;
     met->found += distance < FLT_MAX;
     met->lower += near.size() > 1 && low.z < high.z;
 }
@@ -122,6 +124,160 @@ TEST_F(Rays, RandomScenesAnswerAsThePlainLoops)
     }
     EXPECT_GT(met.found, 100);
     EXPECT_GT(met.lower, 20);
+}
+
+// While it lives, lanes are narrow, as on processors without wide ones.
+class NarrowLanes
+{
+public:
+    NarrowLanes() : before(packedLanesAreWide) { packedLanesAreWide = false; }
+    NarrowLanes(const NarrowLanes&) = delete;
+    NarrowLanes& operator=(const NarrowLanes&) = delete;
+    ~NarrowLanes() { packedLanesAreWide = before; }
+
+private:
+    bool before;
+};
+
+TEST_F(Rays, NarrowLanesAnswerAsThePlainLoops)
+{
+    const NarrowLanes narrow;
+    std::mt19937 random(33);
+    Met met;
+    for (int round = 0; round < 6; ++round)
+    {
+        const std::unique_ptr<OGroup> group = makeRandomGroup(random, 3, 60);
+        expectPlainAnswersToAny(random, 80, group.get(), &met);
+    }
+    EXPECT_GT(met.found, 50);
+}
+
+// Level ground, gentle slopes and steps, of small faces and large ones.
+static std::unique_ptr<OGroup> makeTerraces(std::mt19937& random, float scale, Vertex3D away)
+{
+    std::vector<Vertex3D> vertices;
+    std::vector<Facelist> faces;
+    const uint16_t side = 24;
+    for (uint16_t y = 0; y <= side; ++y)
+        for (uint16_t x = 0; x <= side; ++x)
+        {
+            float z = static_cast<float>(x / 6) * (x % 3 == 0 ? 0.5f : 0.51f);
+            if (y > 12)
+                z = 0.001f * static_cast<float>(x * y) + anyNumber(random, 1e-4f);
+            vertices.push_back(Vertex3D{static_cast<float>(x) - 12, static_cast<float>(y) - 12, z});
+            vertices.back() *= scale;
+            vertices.back() += away;
+        }
+    for (uint16_t y = 0; y < side; ++y)
+        for (uint16_t x = 0; x < side; ++x)
+        {
+            const uint16_t a = static_cast<uint16_t>(y * (side + 1) + x),
+                           c = static_cast<uint16_t>(a + side + 1);
+            faces.push_back({a, static_cast<uint16_t>(a + 1), c});
+            faces.push_back({static_cast<uint16_t>(a + 1), static_cast<uint16_t>(c + 1), c});
+        }
+    Mesh* mesh = makeMesh("T", vertices, faces);
+    mesh->pivot = {0, 0, 0};
+    mesh->rotation = {0, 0, 0, 0};
+    std::unique_ptr<OGroup> group(new OGroup);
+    group->addTList(new TList);
+    group->addMesh(mesh);
+    group->constructOctree();
+    return group;
+}
+
+// Rays along faces, from their planes and their edges, at every size: where rounding decides what is hit, and
+// where numbers come to the ends of float.
+TEST_F(Rays, GrazingRaysAnswerAsThePlainLoopsAtEverySize)
+{
+    std::mt19937 random(34);
+    Met met;
+    for (const float scale : {1e-9f, 1e-5f, 0.01f, 1.0f, 1e4f, 1e8f, 3e11f, 1e17f})
+        for (const float distance : {0.0f, 3.0f, 700.0f, 1e5f})
+        {
+            const Vertex3D away = {distance * scale, -distance * scale, distance * scale};
+            const std::unique_ptr<OGroup> group = makeTerraces(random, scale, away);
+            const Mesh& mesh = *group->meshes[0];
+            const auto anyVertex = [&]
+            { return mesh.calculatedVertices[random() % static_cast<unsigned>(mesh.vertexCount)]; };
+            for (unsigned i = 0; i < 60; ++i)
+            {
+                Vertex3D start = anyVertex(), end = anyVertex();
+                const float off[] = {0.0f, 1e-7f, 1e-4f, 0.01f, 1.0f};
+                if (i % 2)
+                    end.z = start.z;
+                if (i % 7 == 0)
+                    end = Vertex3D{start.x, start.y, start.z - scale * 9};
+                if (i % 11 == 0)
+                    end.x = start.x;
+                start.z += off[random() % 5] * scale;
+                end.z += off[random() % 5] * scale;
+                if (i % 3 == 0)
+                    start.z += scale;
+                expectPlainAnswers(start, end, group.get(), i, &met);
+            }
+        }
+    EXPECT_GT(met.found, 300);
+}
+
+// Rays that leave a slope by no more than rounding: faces are reported as hit by some that
+// pass well beside them.
+TEST_F(Rays, RaysAlmostAlongASlopeAnswerAsThePlainLoops)
+{
+    std::vector<Vertex3D> vertices;
+    std::vector<Facelist> faces;
+    const uint16_t side = 40;
+    const auto onSlope = [](float x, float y) { return Vertex3D{x, y, 0.37f * x + 0.21f * y}; };
+    for (uint16_t y = 0; y <= side; ++y)
+        for (uint16_t x = 0; x <= side; ++x)
+            vertices.push_back(onSlope(static_cast<float>(x), static_cast<float>(y)));
+    for (uint16_t y = 0; y < side; ++y)
+        for (uint16_t x = 0; x < side; ++x)
+        {
+            const uint16_t a = static_cast<uint16_t>(y * (side + 1) + x);
+            const uint16_t c = static_cast<uint16_t>(a + side + 1);
+            faces.push_back({a, static_cast<uint16_t>(a + 1), c});
+            faces.push_back({static_cast<uint16_t>(a + 1), static_cast<uint16_t>(c + 1), c});
+        }
+    Mesh* mesh = makeMesh("S", vertices, faces);
+    mesh->pivot = {0, 0, 0};
+    mesh->rotation = {0, 0, 0, 0};
+    const std::unique_ptr<OGroup> group(new OGroup);
+    group->addTList(new TList);
+    group->addMesh(mesh);
+    group->constructOctree();
+    std::mt19937 random(36);
+    const auto anywhere = [&] { return onSlope(20 + anyNumber(random, 19), 20 + anyNumber(random, 19)); };
+    Met met;
+    for (unsigned i = 0; i < 1500; ++i)
+    {
+        Vertex3D start = anywhere(), end = anywhere();
+        const float heights[] = {0, 1e-6f, 4e-6f, 0.1f}, falls[] = {0, 1e-6f, 4e-6f, 2e-5f, 1e-4f};
+        const float above = heights[random() % 4];
+        start.z += above;
+        end.z += above - falls[random() % 5];
+        expectPlainAnswers(start, end, group.get(), i, &met);
+    }
+    EXPECT_GT(met.found, 20);
+}
+
+TEST_F(Rays, ValuesThatAreNoNumbersChangeNothing)
+{
+    std::mt19937 random(35);
+    Met met;
+    const std::unique_ptr<OGroup> group = makeRandomGroup(random, 3, 60);
+    const float odd[] = {std::nanf(""), HUGE_VALF, -HUGE_VALF, 1e38f, 1e-42f};
+    for (const float value : odd)
+    {
+        group->meshes[0]->calculatedVertices[5].y = value;
+        group->meshes[1]->calculatedVertices[7].z = value;
+        expectPlainAnswersToAny(random, 60, group.get(), &met);
+        Vertex3D start = anyPoint(random, 5), end = {value, 1, 2};
+        expectPlainAnswers(start, end, group.get(), 1, &met);
+    }
+    group->meshes[2]->position.x = std::nanf("");
+    expectPlainAnswersToAny(random, 60, group.get(), &met);
+    EXPECT_GT(met.found, 20);
 }
 
 // One of the things that hosts do to a mesh.
@@ -309,17 +465,118 @@ TEST_F(Ground, MeshIsHitAtItsFirstFaceByNumber)
     EXPECT_FALSE(vrkRayBox(&from, &to, nullptr, &point));
 }
 
-TEST_F(Ground, QueriesTakeNoMemory)
+static void askEverything(Vertex3D start, Vertex3D end, OGroup* group)
+{
+    Vertex3D position = {0, 0, 0.1f}, old = {0, 0, 2}, normal;
+    vrkRaySceneDistance(&start, &end, group);
+    vrkRayScene(&start, &end, 5, group);
+    vrkCheckHeight(&start, &end, group);
+    vrkCheckNegativeHeight(&start, &end, group);
+    vrkCheckCollision(&position, &old, 0.5f, group, true, &normal, 3);
+}
+
+TEST_F(Ground, QueriesTakeNoMemoryAndAskTheRasterizerNothing)
+{
+    makeGround(-2);
+    makeGround(0)->constructOctree();
+    {
+        GLRecorder gl;
+        const long before = allocationCount();
+        askEverything(start, end, group.get());
+        EXPECT_EQ(gl.text(), "");
+        EXPECT_EQ(allocationCount(), before);
+    }
+    // What has moved is laid out anew in place.
+    group->meshes[0]->calculatedVertices[2].z = 1;
+    const long before = allocationCount();
+    askEverything(start, end, group.get());
+    EXPECT_EQ(allocationCount(), before);
+    // A matrix is asked for once.
+    group->meshes[1]->rotation.z = 10;
+    GLRecorder first;
+    askEverything(start, end, group.get());
+    EXPECT_EQ(first.count("glRotatef"), 1);
+    GLRecorder second;
+    askEverything(start, end, group.get());
+    EXPECT_EQ(second.text(), "");
+}
+
+TEST_F(Ground, ChangedFacesAreAskedOneByOne)
 {
     makeGround(0)->constructOctree();
-    vrkRaySceneDistance(&start, &end, group.get());
-    const long before = allocationCount();
-    Vertex3D position = {0, 0, 0.1f}, old = {0, 0, 2}, normal;
-    vrkRaySceneDistance(&start, &end, group.get());
-    vrkRayScene(&start, &end, 5, group.get());
-    vrkCheckHeight(&start, &end, group.get());
-    vrkCheckCollision(&position, &old, 0.5f, group.get(), true, &normal, 3);
-    EXPECT_EQ(allocationCount(), before);
+    Mesh* mesh = group->meshes[0];
+    std::swap(mesh->faces[0].b, mesh->faces[0].c);
+    std::swap(mesh->faces[1].b, mesh->faces[1].c);
+    EXPECT_EQ(vrkCheckHeight(&start, &end, group.get()).z, -999999.0f); // shows its back
+    mesh->faceCount = 0;
+    EXPECT_EQ(vrkCheckHeight(&start, &end, group.get()).z, -999999.0f);
+    mesh->faceCount = 2;
+    std::swap(mesh->faces[0].b, mesh->faces[0].c);
+    std::swap(mesh->faces[1].b, mesh->faces[1].c);
+    EXPECT_EQ(vrkCheckHeight(&start, &end, group.get()).z, 0.0f);
+    Vertex3D* vertices = mesh->calculatedVertices;
+    mesh->calculatedVertices = nullptr; // all corners at the origin
+    EXPECT_EQ(vrkCheckHeight(&start, &end, group.get()).z, -999999.0f);
+    mesh->calculatedVertices = vertices;
+    EXPECT_EQ(vrkCheckHeight(&start, &end, group.get()).z, 0.0f);
+}
+
+TEST_F(Ground, FacesInsertedLaterAreFound)
+{
+    makeGround(0);
+    makeGround(2);
+    group->meshes[1]->visible = 0;
+    group->constructOctree();
+    EXPECT_EQ(vrkCheckHeight(&start, &end, group.get()).z, 0.0f);
+    for (int face = 0; face < 2; ++face)
+        group->octree->insert(group->meshes[1], face, true);
+    EXPECT_EQ(vrkCheckHeight(&start, &end, group.get()).z, 2.0f);
+    group->octree->makePlanes(0.001f);
+    EXPECT_EQ(vrkCheckHeight(&start, &end, group.get()).z, 2.0f);
+    EXPECT_EQ(group->octree->split(1, 3, nullptr), 0);
+    EXPECT_TRUE(group->octree->hasChildren);
+    EXPECT_EQ(vrkCheckHeight(&start, &end, group.get()).z, 2.0f);
+}
+
+// A wall behind more leaves than most queries look into.
+TEST_F(Ground, LeavesBeyondTheListsAreNotSearched)
+{
+    std::vector<Vertex3D> vertices;
+    std::vector<Facelist> faces;
+    for (int i = 0; i < 2500; ++i)
+    {
+        const Vertex3D p = {static_cast<float>(i), 0, 0};
+        const uint16_t first = static_cast<uint16_t>(i * 3);
+        vertices.insert(vertices.end(), {p, p + Vertex3D{0.1f, 0, 0}, p + Vertex3D{0, 0.1f, 0}});
+        faces.push_back({first, static_cast<uint16_t>(first + 1), static_cast<uint16_t>(first + 2)});
+    }
+    vertices[7480] = {2490.5f, -3, -3};
+    vertices[7481] = {2490.5f, 0, 3};
+    vertices[7482] = {2490.5f, 3, -3};
+    faces[2493] = {7480, 7481, 7482};
+    Mesh* mesh = makeMesh("M", vertices, faces);
+    mesh->pivot = {0, 0, 0};
+    mesh->rotation = {0, 0, 0, 0};
+    group->addTList(new TList);
+    group->addMesh(mesh);
+    group->octree = new octreeNode;
+    for (int i = 0; i < mesh->faceCount; ++i)
+        group->octree->insert(mesh, i, true);
+    group->octree->adjustSize();
+    group->octree->split(1, 13, nullptr);
+    start = {0.5f, 0.05f, 0.05f};
+    end = {2499, 0.05f, 0.05f};
+    for (const bool isLaidOut : {false, true})
+    {
+        if (isLaidOut)
+            group->octree->makePlanes(0.001f);
+        ASSERT_TRUE(plainHits(start, end, group.get(), 1024).empty());
+        ASSERT_FALSE(plainHits(start, end, group.get(), 32768).empty());
+        EXPECT_EQ(vrkCheckHeight(&start, &end, group.get()).z, -999999.0f);
+        EXPECT_EQ(vrkCheckNegativeHeight(&start, &end, group.get()).z, 999999.0f);
+        EXPECT_FALSE(vrkRayScene(&start, &end, 5000, group.get()));
+        EXPECT_EQ(vrkRaySceneDistance(&start, &end, group.get()), 2490.0f);
+    }
 }
 
 TEST_F(Ground, DeletedMeshesLeaveTheTree)
@@ -413,4 +670,6 @@ TEST(FindIntersectionPoint, LineMeetsThePlane)
     EXPECT_EQ(point.z, 2.0f);
     end = {8, 6, 10}; // parallel
     EXPECT_NO_FATAL_FAILURE(findIntersectionPoint(&start, &end, &a, &b, &c));
+    start.z = end.z = 2; // in the plane: nought over the smallest float, not over nought
+    EXPECT_EQ(findIntersectionPoint(&start, &end, &a, &b, &c).x, 5.0f);
 }

@@ -4,7 +4,8 @@
 
 #include <cfloat>
 #include <cmath>
-#include <map>
+#include <filesystem>
+#include <functional>
 #include <memory>
 #include <random>
 #include <set>
@@ -166,6 +167,32 @@ TEST_F(Octree, FacesArePlacedByPositionAlone)
     EXPECT_EQ(node.max.z, 33.0f);
 }
 
+TEST_F(Octree, RoomForFacesDoubles)
+{
+    plant(grid(2));
+    octreeNode node;
+    std::vector<int> rooms;
+    for (int i = 0; i < 6; ++i)
+    {
+        node.insert(mesh.get(), i, false);
+        rooms.push_back(node.polys.room);
+    }
+    EXPECT_EQ(rooms, (std::vector<int>{1, 2, 4, 4, 8, 8}));
+}
+
+TEST_F(Octree, TextsAreAppendedToTheLog)
+{
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(folder.path("."));
+    std::filesystem::create_directory("c:");
+    octreeNode node;
+    node.logWrite("one,");
+    node.logWrite("two");
+    node.logWrite(nullptr);
+    std::filesystem::current_path(before);
+    EXPECT_EQ(folder.read("c:/octree.log"), "one,two");
+}
+
 TEST_F(Octree, FacesThatDoNotExistAreLeftOut)
 {
     plant({{1, 2, 3}});
@@ -317,10 +344,18 @@ TEST_F(Octree, SpheresFindLeavesByTheSumOfSquares)
         Leaves out(all.size() + 1);
         const int count = node->traverseSphere(&centre, distance, out.data(), static_cast<int>(out.size()));
         out.resize(static_cast<size_t>(count));
-        std::set<octreeNode*> found(out.begin(), out.end());
-        EXPECT_EQ(found.size(), out.size());
-        for (octreeNode* leaf : all)
-            EXPECT_TRUE(passes(*leaf) || !found.count(leaf));
+        Leaves expected; // a node that is left out takes all below with it
+        const std::function<void(octreeNode*)> visit = [&](octreeNode* n)
+        {
+            if (!passes(*n))
+                return;
+            if (!n->hasChildren)
+                expected.push_back(n);
+            for (int i = 0; n->hasChildren && i < 8; ++i)
+                visit(n->child[i]);
+        };
+        visit(node);
+        EXPECT_EQ(out, expected);
         octreeNode* one = nullptr;
         EXPECT_EQ(node->traverseSphere(&centre, distance, &one, 1), count > 0 ? 1 : 0);
         EXPECT_EQ(one, count > 0 ? out[0] : nullptr);
@@ -396,9 +431,11 @@ TEST_F(Octree, EmptyTreeFindsNothing)
 {
     octreeNode node;
     node.adjustSize();
+    EXPECT_GT(node.min.x, node.max.x);
     octreeNode* out[30];
     Vertex3D point = {0, 0, 0};
     EXPECT_EQ(node.traverse(&point), nullptr);
+    EXPECT_EQ(node.traverseSphere(&point, 1, out, 30), 0);
     EXPECT_EQ(node.traverseRay(&point, &point, out, 30), 0);
     EXPECT_EQ(node.traverseNearest(&point, 1, out, 30), 0);
     node.makePlanes(0.001f);
@@ -645,6 +682,14 @@ TEST_F(OctreePlanes, OneFaceIsOnePlane)
     EXPECT_EQ(leaf->planes->normal.z, 1.0f);
     EXPECT_EQ(leaf->planes->flag, 0);
     EXPECT_EQ(leaf->planes->id, 0);
+}
+
+TEST_F(OctreePlanes, DestroyedPlanesAreGone)
+{
+    octreeNode* leaf = leafOf({p1, p2, p0}, {3});
+    EXPECT_EQ(leaf->destroyPlanes(), 0);
+    EXPECT_EQ(leaf->planes, nullptr);
+    EXPECT_EQ(leaf->destroyPlanes(), 0);
 }
 
 TEST_F(OctreePlanes, FacesThatLookTheSameWayStayApart)

@@ -22,8 +22,9 @@ int bake(const BakeOptions& options)
     PictureOptions surface; // places are worked out by the rasterizer
     surface.width = surface.height = 16;
     surface.samples = 1;
-    if (!startDrawing(surface))
-        return fail("can't start OpenGL off-screen");
+    problem = startDrawing(surface);
+    if (!problem.empty())
+        return fail(problem);
     Scene scene;
     OGroup* group = loadScene(&scene, file, options.load);
     if (!group)

@@ -11,6 +11,7 @@
 
 #include "apps/vornik/lineeditor.h"
 #include "apps/vornik/progressbar.h"
+#include "apps/vornik/surface.h"
 #include "apps/vornik/text.h"
 #include "vornik/vornik.h"
 
@@ -68,6 +69,7 @@ public:
     int firstFault = 0;
 
 private:
+    std::unique_ptr<Surface> surface;
     std::vector<char> buffer = std::vector<char>(VRK_CONSOLE_TEXT);
 };
 
@@ -79,8 +81,8 @@ bool Session::start(const ConsoleOptions& options)
     console.addVar(&frame, "FRAME");
     console.addFunc(shot, "SHOT");
     console.addFunc(frames, "FRAMES");
-    const VRKNativeWindow surface = {nullptr, 0, options.width, options.height};
-    return initVornik(0, &surface, &console, 32, 0, 24, 100, false, 0, true) == 0;
+    surface = std::make_unique<Surface>(options.width, options.height);
+    return initVornik(0, surface->window(), &console, 32, 0, 24, 100, false, 0, true) == 0;
 }
 
 std::string Session::text()

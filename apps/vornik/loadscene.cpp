@@ -50,7 +50,7 @@ static OGroup* loadLoose(Scene* scene, const SceneFile& file, const LoadOptions&
     const fs::path folder = options.textures.empty() ? path.parent_path() : fs::path(options.textures);
     std::error_code failed;
     fs::current_path(folder, failed);
-    return scene->createOGroup(path.c_str(), loadFlags(options), ".", 0, showProgress, nullptr);
+    return scene->createOGroup(path.string().c_str(), loadFlags(options), ".", 0, showProgress, nullptr);
 }
 
 OGroup* loadScene(Scene* scene, const SceneFile& file, const LoadOptions& options)

@@ -199,6 +199,11 @@ static CLI::App* addRender(CLI::App* app, RenderOptions* options)
         ->type_name("FILE")
         ->required();
     addPictureOptions(command, &options->picture);
+    command
+        ->add_option("--rasterizer", options->picture.rasterizer,
+                     "0 draws with OpenGL, 1 with Direct3D on the screen: unsorted, and as a mirror image")
+        ->check(CLI::IsMember({0, 1}))
+        ->capture_default_str();
     addDrawingOptions(command, &options->picture.flags,
                       [options](bool sorted) { options->picture.sorted = sorted; });
     addViewOptions(command, &options->camera, &options->framing);

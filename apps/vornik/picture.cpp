@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 
 #include <GL/gl.h>
 
+#include "apps/vornik/direct3d.h"
 #include "apps/vornik/drawing.h"
+#include "apps/vornik/surface.h"
 
 enum
 {
@@ -24,11 +27,17 @@ static TileSize tileSize(const PictureOptions& options)
     return {std::min(options.width, most), std::min(options.height, most)};
 }
 
-bool startDrawing(const PictureOptions& options)
+std::string startDrawing(const PictureOptions& options)
 {
+    if (options.rasterizer == 1)
+        return startDirect3D(options);
+    // Until the process ends, as the engine does.
+    static std::unique_ptr<Surface> surface;
     const TileSize tile = tileSize(options);
-    const VRKNativeWindow surface = {nullptr, 0, tile.width * options.samples, tile.height * options.samples};
-    return vrkSelectRasterizer(0) == 0 && vrkInitViewport(&surface, 32, 0, 24, false, 0, true) == 0;
+    surface = std::make_unique<Surface>(tile.width * options.samples, tile.height * options.samples);
+    const bool started =
+        vrkSelectRasterizer(0) == 0 && vrkInitViewport(surface->window(), 32, 0, 24, false, 0, true) == 0;
+    return started ? "" : "can't start OpenGL off-screen";
 }
 
 // Narrows the projection of the whole picture to the tile whose upper left pixel is at x, y.
@@ -107,6 +116,8 @@ static void sortFarthestFirst(OGroup* group, const Vertex3D& eye)
 Image drawPicture(OGroup* group, View* view, const PictureOptions& options)
 {
     sortFarthestFirst(group, view->camera.eye);
+    if (options.rasterizer == 1)
+        return drawOnDirect3D(group, view, options);
     vrkInitTransparentPlaneStack(transparentRoom(*group));
     setProjection(group, *view, static_cast<float>(options.width) / static_cast<float>(options.height));
     float whole[16];

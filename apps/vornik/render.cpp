@@ -119,8 +119,9 @@ int render(const RenderOptions& options)
     const std::string lights =
         options.lights.empty() ? "" : std::filesystem::absolute(options.lights).string();
     vrkInitErrorLog(3); // this host tells itself what matters
-    if (!startDrawing(options.picture))
-        return fail("can't start OpenGL off-screen");
+    problem = startDrawing(options.picture);
+    if (!problem.empty())
+        return fail(problem);
     Scene scene;
     OGroup* group = loadScene(&scene, file, options.load);
     problem = problemAfter(options, group);

@@ -14,7 +14,7 @@ VRK_API int vrkInitFont();
 
 /// Writes text, formatted as by printf, over the frame. Needs vrkInitFont.
 /// @param x, y  left end of the base line, in pixels from the top left corner of vrkViewport: at y = 0 the
-///              text lies above the window. Lines fit 16 pixels apart.
+///              text lies above the window. Lines fit 16 pixels apart. On Direct3D the top left corner.
 /// @param c  alpha isn't read
 /// @param format  cut to 1,024 characters when formatted. Codes above 127 draw nothing and take no room;
 ///                control codes, line feeds too, are blanks. Null writes nothing.

@@ -44,7 +44,7 @@ static std::string quoted(const std::string& text)
     return result + "'";
 }
 
-static std::string commandLine(const std::string& folder, const std::vector<std::string>& arguments)
+std::string commandLine(const std::string& folder, const std::vector<std::string>& arguments)
 {
     std::string command = "cd " + quoted(folder) + " && ";
     // The leak checker misreads the thread-local blocks of libraries where they lie at certain addresses.

@@ -16,6 +16,9 @@ struct RunResult
     std::string out, err;
 };
 
+/// For the shell: vornik with arguments in a folder, as the sanitizers need it.
+std::string commandLine(const std::string& folder, const std::vector<std::string>& arguments);
+
 /// Number of lines of a text.
 int lineCount(const std::string& text);
 

@@ -41,6 +41,20 @@ TEST(ConsoleText, TextWithoutLineEndIsContinued)
     EXPECT_EQ(console.row(2), "next");
 }
 
+TEST(ConsoleText, ListOfWordsBeginsALine)
+{
+    ConsoleText console;
+    console.setSize(40, 2);
+    console.append("Total faces: 12");
+    console.setWords({"SET", "SCENEINFO"});
+    console.type("s");
+    press(&console, EditKey::complete);
+    EXPECT_EQ(console.row(0), "Total faces: 12");
+    EXPECT_EQ(console.row(1), "SET  SCENEINFO  ");
+    console.endLine(); // ended already
+    EXPECT_EQ(console.row(1), "SET  SCENEINFO  ");
+}
+
 TEST(ConsoleText, LongLinesWrapAtTheWidth)
 {
     ConsoleText console;
@@ -179,7 +193,7 @@ TEST(ConsoleText, TabListsWordsThatShareNoMore)
     console.setWords({"GAMMA", "GET", ""});
     console.type("G");
     press(&console, EditKey::complete);
-    EXPECT_EQ(console.line(), "G");
+    EXPECT_EQ(console.line(), "G"); // all that both share
     EXPECT_EQ(console.row(1), "GAMMA  GET  ");
     console.type("zz");
     press(&console, EditKey::complete);

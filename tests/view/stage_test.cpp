@@ -104,7 +104,7 @@ TEST_F(StageTest, NoticesThatTheSceneChanged)
     const std::string path = folder.path("scene.3ds");
     stage.scene.deleteOGroup(stage.group);
     EXPECT_TRUE(stage.hasChanged());
-    stage.adopt();
+    stage.adopt(options.framing, 1.5f);
     EXPECT_EQ(stage.group, nullptr);
     EXPECT_TRUE(stage.bounds.isEmpty());
     EXPECT_EQ(stage.faces, 0);
@@ -115,7 +115,7 @@ TEST_F(StageTest, NoticesThatTheSceneChanged)
         stage.scene.createOGroup(path.c_str(), LOAD_MESHES | LOAD_MATERIALS | LOAD_TOLERANT, "", 0, nullptr,
                                  nullptr);
         EXPECT_TRUE(stage.hasChanged());
-        stage.adopt();
+        stage.adopt(options.framing, 1.5f);
         EXPECT_EQ(stage.faces, 12);
         EXPECT_FALSE(stage.hasChanged());
         stage.scene.deleteOGroup(stage.group);

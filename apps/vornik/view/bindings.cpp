@@ -33,6 +33,7 @@ const std::vector<Binding>& bindings()
         {"F9", Command::lists, "display lists"},
         {"", Command::none, "Window"},
         {"F1", Command::help, "this help"},
+        {"`", Command::console, "console, the key below Escape"},
         {"F11", Command::fullScreen, "full screen"},
         {"F12", Command::screenShot, "screen shot, Shot0000.jpg and on"},
         {"Escape", Command::close, "close help or console, or the viewer"},

@@ -29,6 +29,12 @@ void ConsoleText::append(const std::string& text)
         scroll(static_cast<int>(wrapped.size()) - before);
 }
 
+void ConsoleText::endLine()
+{
+    if (lineIsOpen)
+        append("\n");
+}
+
 void ConsoleText::clear()
 {
     lines.clear();
@@ -239,5 +245,6 @@ void ConsoleText::completeWord()
     std::string list;
     for (const std::string* candidate : fits)
         list += *candidate + "  ";
+    endLine();
     append(list + "\n");
 }

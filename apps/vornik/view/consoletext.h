@@ -30,12 +30,16 @@ class ConsoleText
 public:
     /// Adds text behind what is there; a line feed ends a line. Stays at the bottom unless scrolled up.
     void append(const std::string& text);
+    /// Ends the last line if it is open, so that what follows begins a line.
+    void endLine();
     void clear();
 
     /// Characters of a line and lines of a page, for wrapping and scrolling.
     void setSize(int columns, int rows);
     /// Line of the page, from the top; empty above the first. Wrapped at the columns.
     const std::string& row(int index) const;
+    /// Up by some rows, or down below 0.
+    void scroll(int by);
     /// Rows above the page, and below it.
     int rowsAbove() const;
     int rowsBelow() const { return scrolled; }
@@ -57,7 +61,6 @@ public:
 private:
     void wrap();
     void wrapLine(const std::string& line);
-    void scroll(int rows);
     void recall(int step);
     void completeWord();
 

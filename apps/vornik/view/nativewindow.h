@@ -13,5 +13,8 @@ void prepareNativeWindows();
 /// on.
 bool suitsOpenGL(SDL_Window* window);
 
+/// Is there somebody to make windows fill the screen? SDL only asks, and takes it for done.
+bool hasWindowManager(SDL_Window* window);
+
 /// The window as initVornik takes it; null if SDL doesn't tell. Stays as it is until the next call.
 VRKWindow nativeWindow(SDL_Window* window);

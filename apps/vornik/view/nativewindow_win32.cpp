@@ -10,6 +10,11 @@ bool suitsOpenGL(SDL_Window*)
     return true; // a window takes its pixel format when the engine starts
 }
 
+bool hasWindowManager(SDL_Window*)
+{
+    return true;
+}
+
 VRKWindow nativeWindow(SDL_Window* window)
 {
     SDL_SysWMinfo info;

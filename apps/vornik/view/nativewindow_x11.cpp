@@ -64,6 +64,25 @@ bool suitsOpenGL(SDL_Window* window)
     return false;
 }
 
+// A window manager leaves the name of a window of its own on the root window.
+bool hasWindowManager(SDL_Window* window)
+{
+    Display* display = nullptr;
+    Window drawable = 0;
+    if (!readWindow(window, &display, &drawable))
+        return true;
+    Atom type = None;
+    int format = 0;
+    unsigned long count = 0, rest = 0;
+    unsigned char* value = nullptr;
+    XGetWindowProperty(display, DefaultRootWindow(display),
+                       XInternAtom(display, "_NET_SUPPORTING_WM_CHECK", False), 0, 1, False, AnyPropertyType,
+                       &type, &format, &count, &rest, &value);
+    if (value)
+        XFree(value);
+    return count > 0;
+}
+
 VRKWindow nativeWindow(SDL_Window* window)
 {
     static VRKNativeWindow native;

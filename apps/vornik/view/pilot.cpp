@@ -63,7 +63,7 @@ std::string Pilot::setMovement(Movement wanted, const Stage& stage)
         if (!findFoothold(stage.group, stage.bounds, body, eye.eye, forwardOf(eye, axes), &foothold))
             return "no ground to stand on";
         walk.begin(body, foothold);
-        eye.pitch = std::clamp(eye.pitch, -30.0f, 30.0f);
+        eye.pitch = std::clamp(eye.pitch, -10.0f, 10.0f);
     }
     else if (way == Movement::walk)
         eye.eye = walk.eye();

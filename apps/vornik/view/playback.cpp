@@ -31,9 +31,9 @@ void Playback::step(int frames)
     position = wrapped(std::floor(position) + frames, frameCount);
 }
 
-void Playback::rewind()
+void Playback::goTo(int frame)
 {
-    position = 0.0;
+    position = wrapped(frame, frameCount);
 }
 
 void Playback::faster()

@@ -12,7 +12,9 @@ public:
     void togglePlaying() { playing = !playing; }
     /// Pauses and goes some frames on, or back below 0.
     void step(int frames);
-    void rewind();
+    void rewind() { position = 0.0; }
+    /// Goes to a frame, playing on or not.
+    void goTo(int frame);
     /// Doubles or halves the pace, within a 16th and 16 times.
     void faster();
     void slower();

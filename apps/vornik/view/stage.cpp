@@ -37,6 +37,17 @@ private:
     fs::path folder;
 };
 
+// A scene without lamps is lit from where it is first seen.
+static View viewToLight(OGroup* group, const View& framed, const StageOptions& options)
+{
+    const int camera = options.camera < 0 ? 1 : options.camera;
+    if (camera == 0 || camera > group->cameraCount)
+        return framed;
+    if (group->animated)
+        group->doCameraAnim(group->cameras[camera - 1]);
+    return cameraView(group, camera - 1, options.load.classic);
+}
+
 std::string Stage::load(const SceneFile& file, const StageOptions& options, float aspect)
 {
     const std::string problem = problemOf(options, file);
@@ -60,7 +71,7 @@ std::string Stage::load(const SceneFile& file, const StageOptions& options, floa
     if (!options.lights.empty())
         trouble = takeBakedLight(loaded, lights);
     else
-        lightScene(loaded, firstView, options.light);
+        lightScene(loaded, viewToLight(loaded, firstView, options), options.light);
     if (!trouble.empty())
     {
         scene.deleteOGroup(loaded);
@@ -72,7 +83,7 @@ std::string Stage::load(const SceneFile& file, const StageOptions& options, floa
     missingImages = static_cast<int>(std::count_if(
         images.begin(), images.end(), [](const ImageUse& image) { return image.state != ImageState::read; }));
     name = fs::path(file.path).filename().string();
-    adopt();
+    takeGroup();
     return "";
 }
 
@@ -111,7 +122,7 @@ static Bounds boundsInMotion(OGroup* group)
     return all;
 }
 
-void Stage::adopt()
+void Stage::takeGroup()
 {
     group = scene.groupCount > 0 ? scene.groups[0] : nullptr;
     // The type of a glow means nothing on a mesh that doesn't glow, and is 0 on every fresh one.
@@ -131,4 +142,12 @@ void Stage::adopt()
         }
     vrkUnInitTransparentPlaneStack();
     vrkInitTransparentPlaneStack(transparentRoom(*group));
+}
+
+void Stage::adopt(const Framing& framing, float aspect)
+{
+    takeGroup();
+    missingImages = 0;
+    if (group && hasVisibleFaces(group))
+        firstView = framedView(group, aspect, framing);
 }

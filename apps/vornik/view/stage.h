@@ -13,6 +13,7 @@ struct StageOptions
     LoadOptions load;
     LightOptions light;
     Framing framing;
+    int camera = -1;      ///< from 1 as the file has them; 0 frames the scene, -1 takes the first or frames
     bool partial = false; ///< takes what there is of a file that is cut short
 };
 
@@ -34,8 +35,8 @@ public:
 
     /// Looks whether something else has changed the scene's first group: the console does. @return did it?
     bool hasChanged() const;
-    /// Takes the scene's first group as it is now. The view of it is up to the caller.
-    void adopt();
+    /// Takes the scene's first group as it is now.
+    void adopt(const Framing& framing, float aspect);
 
     Scene scene;
     OGroup* group = nullptr;       ///< the one on show; null for an empty stage
@@ -56,6 +57,7 @@ private:
         bool operator==(const Identity&) const = default;
     };
     Identity identify() const;
+    void takeGroup();
 
     Identity known;
     int lastStamp = 0;

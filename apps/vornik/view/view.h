@@ -11,8 +11,7 @@ struct ViewOptions : StageOptions
     std::string scene; ///< empty for an empty stage
     int width = 1280;
     int height = 720;
-    int camera = -1; ///< from 1 as the file has them; 0 frames the scene, -1 takes the first or frames
-    int flags = 0;   ///< VRK_RENDER_... bits of style, and VRK_RENDER_CULL
+    int flags = 0; ///< VRK_RENDER_... bits of style, and VRK_RENDER_CULL
     Transparency transparency = Transparency::sorted;
     Color background = {0.19f, 0.2f, 0.235f, 1.0f};
 };

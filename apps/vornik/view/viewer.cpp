@@ -5,16 +5,16 @@
 #include "apps/vornik/progressbar.h"
 #include "apps/vornik/text.h"
 
-Viewer* Viewer::busy = nullptr;
-
-Viewer::Viewer(const ViewOptions& viewOptions) : options(viewOptions) {}
+Viewer::Viewer(const ViewOptions& viewOptions) : options(viewOptions)
+{
+    setUpConsole();
+}
 
 std::string Viewer::startEngine()
 {
-    vrkInitErrorLog(3);
-    if (vrkSelectRasterizer(0) != 0 || vrkInitViewport(window.handle(), 32, 0, 24, false, 0, true) != 0)
+    // The console is the sink of the engine's reports from here on.
+    if (initVornik(0, window.handle(), &console, 32, 0, 24, window.refreshRate(), false, 0, true) != 0)
         return "can't start OpenGL on the window";
-    vrkSetFPS(window.refreshRate());
     vrkInitFont(); // takes its display lists before scenes do
     resize();
     return "";
@@ -53,7 +53,6 @@ std::string Viewer::run()
 std::string Viewer::load(const SceneFile& file, const StageOptions& how)
 {
     busyWith = "Loading " + printable(file.path.substr(file.path.find_last_of("/\\") + 1));
-    busy = this;
     showBusy(0.0f);
     showProgressBy(showBusy);
     const std::string problem = stage.load(file, how, aspect());
@@ -102,6 +101,7 @@ void Viewer::frame()
     if (window.isHidden())
         return window.wait(100);
     pilot.move(stage, window.held(), passed);
+    drainConsole();
     draw();
     countFrame(now);
     pace();
@@ -121,7 +121,10 @@ void Viewer::handle(const Event& event)
         pilot.drag(stage, event.x, event.y, event.secondButton, static_cast<float>(height));
         break;
     case Happening::wheel:
-        pilot.wheel(stage, event.y);
+        if (showConsole)
+            consoleText.scroll(static_cast<int>(3.0f * event.y));
+        else
+            pilot.wheel(stage, event.y);
         break;
     case Happening::dropped:
         loadDropped(event.text);
@@ -130,7 +133,12 @@ void Viewer::handle(const Event& event)
         resize();
         break;
     case Happening::edit:
+        pressInConsole(event.key);
+        break;
     case Happening::typed:
+        if (showConsole)
+            consoleText.type(event.text);
+        break;
     case Happening::exposed:
         break;
     }

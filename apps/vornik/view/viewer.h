@@ -1,11 +1,14 @@
 // The viewer: its window, its loop, and what each command does.
 #pragma once
 
+#include <vector>
+
 #include "apps/vornik/view/hud.h"
 #include "apps/vornik/view/pilot.h"
 #include "apps/vornik/view/playback.h"
 #include "apps/vornik/view/view.h"
 #include "apps/vornik/view/window.h"
+#include "vornik/console.h"
 
 class Viewer
 {
@@ -34,8 +37,18 @@ private:
     void nextTransparency();
     void takeScreenShot();
     void tellPlace();
-    /// Shows a line for some seconds.
+    void closeTopmost();
+    /// Shows a line for some seconds, and in the console.
     void say(const std::string& line);
+
+    // viewerconsole.cpp
+    void setUpConsole();
+    void openConsole(bool open);
+    void drainConsole();
+    void pressInConsole(EditKey key);
+    void runLine(const std::string& line);
+    void followActiveCamera();
+    void takeSceneOfConsole();
 
     // viewerdraw.cpp
     void resize();
@@ -70,7 +83,15 @@ private:
     int counted = 0;
     float framesASecond = 0.0f;
 
-    static Viewer* busy;  // the engine reports progress to a plain function
     std::string busyWith; // text over the bar
     double lastBar = 0.0;
+
+    Console console;
+    ConsoleText consoleText;
+    std::vector<char> consoleOutput;
+    bool showConsole = false;
+
+    // The engine takes plain functions, for progress and for its console. There is one viewer in a process.
+    static Viewer* only;
+    friend struct ViewerFunctions;
 };

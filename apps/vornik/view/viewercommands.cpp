@@ -8,6 +8,7 @@
 void Viewer::say(const std::string& line)
 {
     messages.say(line, Window::seconds());
+    console.addText((line + "\n").c_str());
 }
 
 void Viewer::move(Movement movement)
@@ -105,19 +106,31 @@ void Viewer::tellPlace()
     std::fflush(stdout);
 }
 
+void Viewer::closeTopmost()
+{
+    if (showConsole)
+        openConsole(false);
+    else if (showHelp)
+        showHelp = false;
+    else
+        running = false;
+}
+
 void Viewer::execute(Command command)
 {
     switch (command)
     {
     case Command::none:
+        break;
     case Command::console:
+        openConsole(!showConsole);
         break;
     case Command::help:
         showHelp = !showHelp;
         helpWasSeen = true;
         break;
     case Command::close:
-        showHelp ? showHelp = false : running = false;
+        closeTopmost();
         break;
     case Command::orbit:
         move(Movement::orbit);

@@ -15,6 +15,7 @@ void Viewer::resize()
     height = std::max(window.height(), 1);
     glViewport(0, 0, width, height); // the engine leaves the pixel rectangle to the host
     setProjection(View());
+    consoleText.setSize(consoleColumns(width), consoleRows(height));
 }
 
 void Viewer::setProjection(const View& view)
@@ -79,16 +80,18 @@ void Viewer::gatherFigures()
 void Viewer::drawOverlay()
 {
     Hud hud(width, height);
-    if (showFigures && stage.group)
+    if (showFigures && stage.group && !showConsole)
     {
         gatherFigures();
         hud.drawFigures(figures);
     }
     hud.drawMessages(messages.at(lastFrame));
     if (!stage.group)
-        hud.drawHint("Drop a .3DS file on this window.  F1 help");
+        hud.drawHint("Drop a .3DS file on this window.  F1 help  ` console");
     else if (!helpWasSeen || showFigures)
-        hud.drawHint("F1 help");
+        hud.drawHint("F1 help  ` console");
+    if (showConsole)
+        hud.drawConsole(consoleText);
     if (showHelp)
         hud.drawHelp();
 }
@@ -103,7 +106,9 @@ void Viewer::draw()
 // A bar at most 30 times a second: loading is to be fast, not its bar.
 void Viewer::showBusy(float fraction)
 {
-    Viewer& viewer = *busy;
+    if (!(fraction >= 0.0f)) // a load without materials reports what is no number
+        return;
+    Viewer& viewer = *only;
     const double now = Window::seconds();
     if (now - viewer.lastBar < 1.0 / 30.0 && fraction > 0.0f)
         return;

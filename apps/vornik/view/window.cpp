@@ -1,5 +1,7 @@
 #include "apps/vornik/view/window.h"
 
+#include <algorithm>
+
 #include <SDL.h>
 
 #include "apps/vornik/view/nativewindow.h"
@@ -8,6 +10,8 @@ struct Window::State
 {
     SDL_Window* window = nullptr;
     bool typing = false;
+    bool fillsScreen = false;
+    SDL_Rect before = {};                 // of the window, while it fills the screen
     std::vector<SDL_Keycode> commandKeys; // beside bindings()
     std::vector<SDL_Scancode> places;     // beside heldKeys()
 };
@@ -234,10 +238,27 @@ void Window::setTitle(const std::string& title)
     SDL_SetWindowTitle(state->window, title.c_str());
 }
 
+// Without a window manager the window itself takes the screen's size.
+static void stretch(SDL_Window* window, bool full, SDL_Rect* before)
+{
+    SDL_Rect screen = *before;
+    if (full)
+    {
+        SDL_GetWindowPosition(window, &before->x, &before->y);
+        SDL_GetWindowSize(window, &before->w, &before->h);
+        SDL_GetDisplayBounds(std::max(SDL_GetWindowDisplayIndex(window), 0), &screen);
+    }
+    SDL_SetWindowPosition(window, screen.x, screen.y);
+    SDL_SetWindowSize(window, screen.w, screen.h);
+}
+
 void Window::toggleFullScreen()
 {
-    const bool full = (SDL_GetWindowFlags(state->window) & SDL_WINDOW_FULLSCREEN) != 0;
-    SDL_SetWindowFullscreen(state->window, full ? 0 : SDL_WINDOW_FULLSCREEN_DESKTOP);
+    state->fillsScreen = !state->fillsScreen;
+    if (hasWindowManager(state->window))
+        SDL_SetWindowFullscreen(state->window, state->fillsScreen ? SDL_WINDOW_FULLSCREEN_DESKTOP : 0);
+    else
+        stretch(state->window, state->fillsScreen, &state->before);
 }
 
 void Window::setTyping(bool typing)

@@ -1,0 +1,12 @@
+// Words that may stand at the cursor of a console's line, for the Tab key.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "vornik/console.h"
+
+/// Sorted: commands for the first word; behind a command what it takes, which is names of the console's
+/// functions or variables, commands, or files of a folder.
+/// @param before  the line up to the cursor
+std::vector<std::string> wordsFor(const Console& console, const std::string& before);

@@ -9,6 +9,7 @@
 #include <memory>
 #include <vector>
 
+#include "apps/vornik/consolewords.h"
 #include "apps/vornik/lineeditor.h"
 #include "apps/vornik/progressbar.h"
 #include "apps/vornik/surface.h"
@@ -101,16 +102,9 @@ static void print(const std::string& text)
     std::fflush(stdout);
 }
 
-static std::vector<std::string> commandNames()
-{
-    return {"ACTIVECAMERA", "ACTIVEPLIST", "ACTIVETLIST", "CLEAR3DS", "CLS",       "DIR",       "EFUNCLIST",
-            "EVAL",         "EVARLIST",    "EXECSCRIPT",  "EXIT",     "FOV",       "GAMMA",     "GET",
-            "HELP",         "INFO",        "LOAD3DS",     "MEM",      "RELOAD3DS", "SCENEINFO", "SET"};
-}
-
 static int talk(Session* session)
 {
-    LineEditor editor("> ", commandNames());
+    LineEditor editor("> ", consoleCommands());
     print(session->text());
     print("HELP lists the commands, EXIT ends.\n");
     std::string line;

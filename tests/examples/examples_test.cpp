@@ -26,6 +26,13 @@ static std::string compileLine(const std::string& name)
 class ExampleTest : public ViewerTest, public ::testing::WithParamInterface<const char*>
 {
 protected:
+    void SetUp() override
+    {
+        ViewerTest::SetUp();
+        if (std::string(GetParam()) == "sdl2" && std::system("sdl2-config --version > /dev/null 2>&1") != 0)
+            GTEST_SKIP() << "no SDL2 to compile with";
+    }
+
     // A folder that looks like the repository's root behind a build. The program that is made stays there.
     static const std::string& compiled(const std::string& name)
     {

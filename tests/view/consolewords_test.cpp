@@ -1,4 +1,4 @@
-#include "apps/vornik/view/consolewords.h"
+#include "apps/vornik/consolewords.h"
 
 #include <gtest/gtest.h>
 

@@ -207,6 +207,28 @@ TEST_F(PilotTest, WalkerCanBeMadeAnotherSize)
     EXPECT_NEAR(pilot.walk.body.eyeHeight, 0.01f * height, 1e-4f * height);
 }
 
+TEST_F(PilotTest, StrangeMeasuresAreBroughtBack)
+{
+    begin(room());
+    pilot.setMovement(Movement::walk, stage);
+    Body& body = pilot.walk.body;
+    for (const float strange : {NAN, -INFINITY, INFINITY, -1.0f, 1e30f})
+    {
+        pilot.flySpeed = body.eyeHeight = body.speed = body.gravity = strange;
+        pilot.limit();
+        EXPECT_GT(pilot.flySpeed, 0.0f);
+        EXPECT_LE(pilot.flySpeed, 100.0f);
+        EXPECT_GT(body.eyeHeight, body.radius);
+        EXPECT_GE(body.speed, 0.0f);
+        EXPECT_GE(body.gravity, 0.0f);
+        EXPECT_LT(body.eyeHeight + body.speed + body.gravity, 1e4f);
+        Held held;
+        held.forward = held.up = true;
+        hold(held);
+        EXPECT_TRUE(std::isfinite(eye().x) && std::isfinite(eye().y) && std::isfinite(eye().z));
+    }
+}
+
 TEST_F(PilotTest, SaysWhyThereIsNoWalk)
 {
     Scene3ds walls = room();

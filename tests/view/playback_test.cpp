@@ -47,6 +47,10 @@ TEST(Playback, StepsPauseAndWrapBothWays)
     EXPECT_EQ(playback.frame(), 1);
     playback.rewind();
     EXPECT_EQ(playback.frame(), 0);
+    playback.goTo(23);
+    EXPECT_EQ(playback.frame(), 3);
+    playback.goTo(-2);
+    EXPECT_EQ(playback.frame(), 8);
 }
 
 TEST(Playback, PaceHasLimits)

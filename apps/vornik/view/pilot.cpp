@@ -163,6 +163,21 @@ void Pilot::resizeWalker(float factor)
     walk.setBody(body);
 }
 
+// Also for what is no number.
+static float limited(float value, float low, float high)
+{
+    return value >= low ? std::min(value, high) : low;
+}
+
+void Pilot::limit()
+{
+    Body& body = walk.body;
+    flySpeed = limited(flySpeed, 0.01f, 100.0f);
+    body.eyeHeight = limited(body.eyeHeight, 2.0f * body.radius, 10.0f * size);
+    body.speed = limited(body.speed, 0.0f, 10.0f * size);
+    body.gravity = limited(body.gravity, 0.0f, 100.0f * size);
+}
+
 View Pilot::ownView() const
 {
     FreeCamera standing = eye;

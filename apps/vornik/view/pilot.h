@@ -40,6 +40,9 @@ public:
     /// Makes the walker another size.
     void resizeWalker(float factor);
 
+    /// Brings what a console may have set to anything back to what can be used.
+    void limit();
+
     /// At the current frame of the stage.
     View view(const Stage& stage) const;
     /// What must not be cut by the near clip distance.

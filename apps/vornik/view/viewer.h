@@ -90,6 +90,7 @@ private:
     ConsoleText consoleText;
     std::vector<char> consoleOutput;
     bool showConsole = false;
+    float frameVariable = 0.0f; // of the console
 
     // The engine takes plain functions, for progress and for its console. There is one viewer in a process.
     static Viewer* only;

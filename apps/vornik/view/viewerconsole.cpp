@@ -3,8 +3,9 @@
 #include "apps/vornik/view/viewer.h"
 
 #include <algorithm>
+#include <cmath>
 
-#include "apps/vornik/view/consolewords.h"
+#include "apps/vornik/consolewords.h"
 
 Viewer* Viewer::only = nullptr;
 
@@ -19,11 +20,7 @@ struct ViewerFunctions
     static void shot() { Viewer::only->execute(Command::screenShot); }
     static void where() { Viewer::only->execute(Command::tellPlace); }
 
-    static int frame(int number)
-    {
-        Viewer::only->playback.goTo(number);
-        return Viewer::only->playback.frame();
-    }
+    static int frames() { return Viewer::only->playback.frames(); }
 
     static int camera(int number)
     {
@@ -51,6 +48,7 @@ void Viewer::setUpConsole()
     console.setScene(&stage.scene);
     console.addProgressFunc(showBusy);
 
+    console.addVar(&frameVariable, "FRAME");
     console.addVar(&pilot.flySpeed, "FLYSPEED");
     console.addVar(&pilot.walk.body.speed, "WALKSPEED");
     console.addVar(&pilot.walk.body.gravity, "GRAVITY");
@@ -67,7 +65,7 @@ void Viewer::setUpConsole()
     console.addFunc(ViewerFunctions::play, "PLAY");
     console.addFunc(ViewerFunctions::shot, "SHOT");
     console.addFunc(ViewerFunctions::where, "WHERE");
-    console.addFunc(ViewerFunctions::frame, "FRAME");
+    console.addFunc(ViewerFunctions::frames, "FRAMES");
     console.addFunc(ViewerFunctions::camera, "CAMERA");
     console.addFunc(ViewerFunctions::wire, "WIRE");
     console.addFunc(ViewerFunctions::flat, "FLAT");
@@ -105,6 +103,11 @@ void Viewer::pressInConsole(EditKey key)
         runLine(consoleText.takeLine());
 }
 
+static int toFrame(float number)
+{
+    return std::isfinite(number) ? static_cast<int>(std::clamp(number, -1e6f, 1e6f)) : 0;
+}
+
 void Viewer::runLine(const std::string& line)
 {
     // Nobody but ACTIVECAMERA sets it, so that choosing the same again is noticed, too.
@@ -112,14 +115,19 @@ void Viewer::runLine(const std::string& line)
     if (stage.group)
         stage.group->activeCamera = nullptr;
     const float fov = vrkGetFOV();
+    frameVariable = static_cast<float>(playback.frame());
+    const float frameBefore = frameVariable;
     busyWith = "Loading";
     drainConsole();
     consoleText.endLine(); // some commands leave theirs open
     console.command(line.c_str());
     lastFrame = Window::seconds(); // nothing moves meanwhile
+    pilot.limit();
 
     if (stage.hasChanged())
         return takeSceneOfConsole();
+    if (frameVariable != frameBefore)
+        playback.goTo(toFrame(frameVariable));
     if (vrkGetFOV() != fov)
         pilot.setFov(vrkGetFOV());
     if (stage.group)

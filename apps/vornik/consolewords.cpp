@@ -1,4 +1,4 @@
-#include "apps/vornik/view/consolewords.h"
+#include "apps/vornik/consolewords.h"
 
 #include <algorithm>
 #include <cctype>
@@ -8,7 +8,7 @@ namespace fs = std::filesystem;
 
 using Words = std::vector<std::string>;
 
-static const Words& commands()
+const Words& consoleCommands()
 {
     static const Words names = {"ACTIVECAMERA", "ACTIVEPLIST", "ACTIVETLIST", "CLEAR3DS",   "CLS",     "DIR",
                                 "EFUNCLIST",    "EVAL",        "EVARLIST",    "EXECSCRIPT", "EXIT",    "FOV",
@@ -77,14 +77,14 @@ Words wordsFor(const Console& console, const std::string& before)
 {
     const size_t space = before.find(' ');
     if (space == std::string::npos)
-        return commands();
+        return consoleCommands();
     const std::string command = upperCase(before.substr(0, space));
     const size_t last = before.find_last_of(' ');
     const bool isFirst = last == space; // of the words behind the command
 
     Words words;
     if (command == "HELP" && isFirst)
-        words = commands();
+        words = consoleCommands();
     else if (command == "EVAL" && isFirst)
         words = functionsOf(console);
     else if ((command == "SET" || command == "GET") && isFirst)

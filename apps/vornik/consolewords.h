@@ -6,6 +6,9 @@
 
 #include "vornik/console.h"
 
+/// All commands of the console, sorted.
+const std::vector<std::string>& consoleCommands();
+
 /// Sorted: commands for the first word; behind a command what it takes, which is names of the console's
 /// functions or variables, commands, or files of a folder.
 /// @param before  the line up to the cursor

@@ -110,4 +110,4 @@ TEST_P(ExampleTest, SaysWhenThereIsNothingToShow)
 }
 
 INSTANTIATE_TEST_SUITE_P(Hosts, ExampleTest, ::testing::Values("sdl2", "x11"),
-                         [](const auto& info) { return std::string(info.param); });
+                         [](const auto& host) { return std::string(host.param); });

@@ -74,6 +74,7 @@ void D3DRasterizer::showError(uint32_t code, int mode)
 }
 
 uint32_t D3DRasterizer::chooseDevice(bool windowed)
+try
 {
     std::vector<D3DDriverReport> drivers;
     uint32_t code = system->enumerate(&drivers);
@@ -86,6 +87,10 @@ uint32_t D3DRasterizer::chooseDevice(bool windowed)
         return d3d::noSuitableDevice;
     selectedDevice->windowed = windowed;
     return d3d::ok;
+}
+catch (const std::bad_alloc&)
+{
+    return d3d::outOfMemory;
 }
 
 // Makes the surfaces for the mode and brings the device into the state that all drawing expects.
@@ -226,12 +231,16 @@ uint32_t D3DRasterizer::present()
 {
     if (!surfaces)
         return d3d::primaryGone;
-    uint32_t code = surfaces->present();
-    if (code == d3d::surfaceLost)
-    {
-        code = surfaces->restoreAll();
+    const uint32_t code = surfaces->present();
+    return code == d3d::surfaceLost ? restoreSurfaces() : code;
+}
+
+// While another program has the screen, surfaces stay lost: then the next frame tries again.
+uint32_t D3DRasterizer::restoreSurfaces()
+{
+    const uint32_t code = surfaces->restoreAll();
+    if (!d3d::isFailure(code))
         restoreTextures();
-    }
     return code;
 }
 
@@ -247,8 +256,7 @@ void D3DRasterizer::beginScene()
     uint32_t code = device->beginScene();
     if (code == d3d::surfaceLost)
     {
-        surfaces->restoreAll();
-        restoreTextures();
+        restoreSurfaces();
         code = device->beginScene();
     }
     if (d3d::isFailure(code))

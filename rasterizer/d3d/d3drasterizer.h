@@ -71,6 +71,8 @@ public:
     uint32_t present();
     void beginScene();
     void endScene();
+    /// Brings a device into the state that all drawing expects, with all textures.
+    void restoreState();
     /// Builds all texture surfaces anew from their images.
     void restoreTextures();
     /// Where surfaces of textures are built.
@@ -122,8 +124,8 @@ private:
     uint32_t chooseDevice(bool windowed);
     uint32_t setUpMode();
     uint32_t releaseSurfaces();
-    void restoreState();
     void rebuildSurfaces();
+    uint32_t restoreSurfaces();
     void showError(uint32_t code, int mode);
 };
 

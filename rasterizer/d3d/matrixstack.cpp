@@ -1,7 +1,9 @@
 #include "rasterizer/d3d/matrixstack.h"
 
+#include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <new>
 
 static const float identity[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
 
@@ -12,7 +14,14 @@ D3DMatrixStack::D3DMatrixStack() : matrices(1)
 
 void D3DMatrixStack::push()
 {
-    matrices.push_back(Matrix(matrices.back()));
+    try
+    {
+        matrices.push_back(Matrix(matrices.back()));
+    }
+    catch (const std::bad_alloc&)
+    {
+        // Full, as stacks of a fixed depth get.
+    }
 }
 
 void D3DMatrixStack::pop()

@@ -9,7 +9,7 @@ class D3DMatrixStack
 public:
     D3DMatrixStack();
 
-    /// Doubles the top.
+    /// Doubles the top, unless there is no memory.
     void push();
     /// Takes the top away; the last matrix stays.
     void pop();

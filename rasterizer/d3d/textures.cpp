@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <new>
+#include <unordered_map>
 
 #include "rasterizer/d3d/choose.h"
 #include "rasterizer/d3d/constants.h"
@@ -11,6 +12,7 @@
 struct TextureList
 {
     D3DTextureEntry* newest = nullptr;
+    std::unordered_map<uint32_t, D3DTextureEntry*> byName; // every bind asks for one
 
     ~TextureList() { forgetAllTextures(); }
 };
@@ -20,6 +22,7 @@ static TextureList textures;
 // From the end of the list on, for which the list is turned round first.
 void forgetAllTextures()
 {
+    textures.byName.clear();
     D3DTextureEntry* oldest = nullptr;
     while (D3DTextureEntry* entry = textures.newest)
     {
@@ -37,10 +40,8 @@ void forgetAllTextures()
 
 D3DTextureEntry* findTexture(uint32_t textureName)
 {
-    for (D3DTextureEntry* entry = textures.newest; entry; entry = entry->next)
-        if (entry->textureName == textureName)
-            return entry;
-    return nullptr;
+    const auto found = textures.byName.find(textureName);
+    return found != textures.byName.end() ? found->second : nullptr;
 }
 
 static std::vector<uint32_t> packedPixels(int width, int height, const uint8_t* rgba)
@@ -70,6 +71,7 @@ try
     entry->textureName = textureName;
     entry->pixels = packedPixels(width, height, rgba);
     entry->next = textures.newest;
+    textures.byName[textureName] = entry.get();
     return textures.newest = entry.release();
 }
 catch (const std::bad_alloc&)
@@ -91,6 +93,7 @@ static void fillSurface(const D3DTextureEntry& entry, D3DTextureSurface* surface
 }
 
 uint32_t buildTexture(D3DTextureEntry* entry, const D3DTextureTarget& target)
+try
 {
     entry->surface.reset();
     if (!target.device)
@@ -110,6 +113,10 @@ uint32_t buildTexture(D3DTextureEntry* entry, const D3DTextureTarget& target)
         return d3d::outOfMemory;
     fillSurface(*entry, entry->surface.get());
     return d3d::ok;
+}
+catch (const std::bad_alloc&)
+{
+    return d3d::outOfMemory;
 }
 
 void buildAllTextures(const D3DTextureTarget& target)

@@ -4,7 +4,10 @@
 
 #include <cstring>
 
+#include "tests/support/engine.h"
+#include "tests/support/glrecorder.h"
 #include "tests/support/testmesh.h"
+#include "vornik/assets/tlist.h"
 #include "vornik/rasterizer/state.h"
 #include "vornik/scene/object.h"
 #include "vornik/scene/ogroup.h"
@@ -157,4 +160,16 @@ TEST(Scene, SetCameraRefusesIndicesWithoutCamera)
     LogCapture log;
     Scene scene;
     EXPECT_EQ(scene.setCamera(nullptr, 0), 27);
+}
+
+using ScenePreparation = EngineTest;
+
+TEST_F(ScenePreparation, OnOpenGLClearsAndShowsAFrameAndNoMore)
+{
+    Scene scene;
+    addGroup(scene)->addTList(new TList);
+    GLRecorder gl;
+    scene.prepareMaterialsForDX();
+    EXPECT_EQ(gl.calls(), (std::vector<std::string>{"glClear(GL_COLOR_BUFFER_BIT|GL_DEPTH_BUFFER_BIT)"}))
+        << gl.text();
 }

@@ -49,20 +49,30 @@ D3DWindowTest::~D3DWindowTest() = default;
 
 void D3DWindowTest::SetUp()
 {
+    open();
+    ASSERT_NE(window, nullptr) << "no window on this display";
+}
+
+void D3DWindowTest::TearDown()
+{
+    close();
+}
+
+void D3DWindowTest::open()
+{
     vrkInitErrorLog(folder.path("log").c_str());
     window = CreateWindowA("STATIC", "Vornik", WS_POPUP | WS_VISIBLE, 20, 10, width, height, nullptr, nullptr,
                            nullptr, nullptr);
-    ASSERT_NE(window, nullptr) << "no window on this display";
     auto libraries = std::make_unique<QuietD3DSystem>();
     system = libraries.get();
     d3d = vrkDirect3D = new D3DRasterizer(std::move(libraries));
-    ASSERT_EQ(vrkSelectRasterizer(1), 0);
+    EXPECT_EQ(vrkSelectRasterizer(1), 0);
     vrkSetFPS(100);
     vrkSetGamma(1.0f);
     vrkCurrentMipMapType = 35;
 }
 
-void D3DWindowTest::TearDown()
+void D3DWindowTest::close()
 {
     EXPECT_EQ(d3d->shutdown(), 0u);
     delete d3d;
@@ -119,14 +129,57 @@ int D3DWindowTest::drawnPixels()
     return drawn;
 }
 
+// What the tests of a suite share.
+static struct
+{
+    HWND window = nullptr;
+    QuietD3DSystem* system = nullptr;
+} shared;
+
 void D3DDrawingTest::SetUp()
 {
-    D3DWindowTest::SetUp();
-    ASSERT_EQ(start(), 0) << (system->boxes.empty() ? "" : system->boxes.back());
+    if (vrkDirect3D)
+    {
+        window = shared.window;
+        system = shared.system;
+        d3d = vrkDirect3D;
+        system->boxes.clear();
+        vrkInitErrorLog(folder.path("log").c_str());
+        vrkSelectRasterizer(1);
+    }
+    else
+        open();
+    shared = {window, system};
+    ASSERT_TRUE(d3d->device || start() == 0) << (system->boxes.empty() ? "" : system->boxes.back());
+    d3d->restoreState();
+    vrkSetFOV(90.0f);
+    vrkDisable(VRK_TEXTURE);
+    vrkDisable(VRK_BLEND);
+    vrkEnable(VRK_CULL_FACE);
+    vrkDepthFunc(VRK_LEQUAL);
+    vrkDepthMask(VRK_TRUE);
+
     Color black = {0, 0, 0, 0};
     vrkSetClearColor(&black);
     vrkClear();
     vrkDXBeginScene();
     vrkInitMatrix();
     vrkLookAt(0, 0, 0, 1, 0, 0, 0, 0, 1);
+}
+
+void D3DDrawingTest::TearDown()
+{
+    vrkDXEndScene();
+    releaseAllTextures();
+    forgetAllTextures();
+    vrkSelectRasterizer(0);
+    vrkInitErrorLog(3);
+}
+
+void D3DDrawingTest::TearDownTestSuite()
+{
+    EXPECT_EQ(vrkDirect3D->shutdown(), 0u);
+    delete vrkDirect3D;
+    vrkDirect3D = nullptr;
+    DestroyWindow(shared.window);
 }

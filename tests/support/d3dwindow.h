@@ -31,6 +31,9 @@ class D3DWindowTest : public ::testing::Test
 {
 protected:
     D3DWindowTest();
+    // What SetUp makes, and TearDown takes away again.
+    void open();
+    void close();
     ~D3DWindowTest() override;
     void SetUp() override;
     void TearDown() override;
@@ -53,10 +56,12 @@ protected:
     TempFolder folder;
 };
 
-/// Started, cleared to black, in a scene, with a camera at the origin that looks along x: y runs to the
-/// right, z up.
+/// Started, in the state of a start, cleared to black, in a scene, with a camera at the origin that looks
+/// along x: y runs to the right, z up. Starting takes its time, so the tests of a suite draw in one window.
 class D3DDrawingTest : public D3DWindowTest
 {
 protected:
     void SetUp() override;
+    void TearDown() override;
+    static void TearDownTestSuite();
 };

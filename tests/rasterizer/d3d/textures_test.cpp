@@ -235,6 +235,19 @@ TEST_F(D3DTextureTest, LostTexturesComeBackFromTheirImages)
     EXPECT_FALSE(script.levels.empty());
 }
 
+TEST_F(D3DTextureTest, TexturesWaitForSurfacesThatStayLost)
+{
+    vrkUploadTexture(&texture, 0);
+    script.levels.clear();
+    script.presentResults = {d3d::surfaceLost, d3d::surfaceLost};
+    script.restoreResult = d3d::noExclusiveMode;
+    vrkSwapBuffers();
+    EXPECT_TRUE(script.levels.empty());
+    script.restoreResult = d3d::ok;
+    vrkSwapBuffers();
+    EXPECT_FALSE(script.levels.empty());
+}
+
 TEST_F(D3DTextureTest, WhatTheDeviceRefusesIsDrawnUntextured)
 {
     script.noTextures = true;

@@ -125,6 +125,54 @@ TEST_F(ViewerInWindow, EdgesOnlyLeaveTheFacesEmpty)
     quit();
 }
 
+TEST_F(ViewerInWindow, EveryStyleShowsTheFaces)
+{
+    openBox();
+    const auto told = [this] { return countIn(grab(), 0, 150, 300, 275, isAmber); };
+    // One on top of the other: flat, without images, from behind, skipped outside, transparent, lists.
+    for (const char* key : {"F4", "F5", "F6", "F7", "F8", "F9", "F4", "F5"})
+    {
+        const int before = told();
+        press(key);
+        EXPECT_TRUE(soon([&] { return told() != before; })) << key; // says what it did
+        EXPECT_FALSE(isBlack(pixel(230, 150))) << key;
+    }
+    quit();
+}
+
+TEST_F(ViewerInWindow, TransparentFacesCanBeLeftOut)
+{
+    Scene3ds scene = frontBox();
+    scene.materials.push_back(plainMaterial("glass", 0.1f, 0.8f, 0.1f));
+    scene.materials.back().transparency = Percent3ds{10};
+    scene.meshes.push_back(wall("Glass", -3, -2, 2, "glass"));
+    write("glass.3ds", scene);
+    openSmall({"glass.3ds"});
+    ASSERT_TRUE(soon([this] { return isGreen(pixel(230, 150)); }));
+    EXPECT_TRUE(soon(
+        [this]
+        {
+            press("F8");
+            return isRed(pixel(230, 150));
+        }));
+    EXPECT_TRUE(soon(
+        [this]
+        {
+            press("F8");
+            return isGreen(pixel(230, 150));
+        }));
+    quit();
+}
+
+TEST_F(ViewerInWindow, LeavesOfTheOctreeAreDrawnAround)
+{
+    openBox();
+    EXPECT_EQ(countIn(grab(), 100, 60, 390, 235, isAmber), 0);
+    press("F10");
+    EXPECT_TRUE(soon([this] { return countIn(grab(), 100, 60, 390, 235, isAmber) > 50; }));
+    quit();
+}
+
 TEST_F(ViewerInWindow, OptionsSetTheFirstPicture)
 {
     write("box.3ds", frontBox());

@@ -31,6 +31,7 @@ const std::vector<Binding>& bindings()
         {"F7", Command::cull, "skip meshes outside the view"},
         {"F8", Command::transparency, "transparent faces: sorted, mesh by mesh, left out"},
         {"F9", Command::lists, "display lists"},
+        {"F10", Command::leaves, "leaves of the octree"},
         {"", Command::none, "Window"},
         {"F1", Command::help, "this help"},
         {"`", Command::console, "console, the key below Escape"},

@@ -31,6 +31,7 @@ enum class Command
     cull,
     transparency,
     lists,
+    leaves,
     figures,
     fullScreen,
     screenShot,

@@ -64,9 +64,10 @@ void FigureLines::add(const char* format, ...)
 {
     if (used == most)
         return;
+    char* line = lines[used++];
     va_list values;
     va_start(values, format);
-    std::vsnprintf(lines[used++], longest, format, values);
+    std::vsnprintf(line, longest, format, values); // NOLINT(clang-analyzer-valist.Uninitialized)
     va_end(values);
 }
 

@@ -50,7 +50,7 @@ static View viewToLight(OGroup* group, const View& framed, const StageOptions& o
 
 std::string Stage::load(const SceneFile& file, const StageOptions& options, float aspect)
 {
-    const std::string problem = problemOf(options, file);
+    std::string problem = problemOf(options, file);
     if (!problem.empty())
         return problem;
     const std::string lights = options.lights.empty() ? "" : fs::absolute(options.lights).string();
@@ -90,9 +90,9 @@ std::string Stage::load(const SceneFile& file, const StageOptions& options, floa
 Stage::Identity Stage::identify() const
 {
     Identity identity;
-    if (scene.groupCount == 0)
-        return identity;
     const OGroup* first = scene.groups[0];
+    if (scene.groupCount == 0 || !first)
+        return identity;
     identity.group = first;
     identity.stamp = first->meshCount > 0 ? first->meshes[0]->specialType : 0;
     identity.meshes = first->meshCount;

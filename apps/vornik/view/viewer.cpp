@@ -37,11 +37,11 @@ std::string Viewer::run()
     {
         // What is wrong with the file is told at once, without a window that flashes by.
         file = readSceneFile(options.scene, options.load.pack);
-        const std::string problem = problemOf(options, file);
+        std::string problem = problemOf(options, file);
         if (!problem.empty())
             return problem;
     }
-    const std::string problem = start(file);
+    std::string problem = start(file);
     if (!problem.empty())
         return problem;
     lastFrame = due = countedSince = Window::seconds();
@@ -55,7 +55,7 @@ std::string Viewer::load(const SceneFile& file, const StageOptions& how)
     busyWith = "Loading " + printable(file.path.substr(file.path.find_last_of("/\\") + 1));
     showBusy(0.0f);
     showProgressBy(showBusy);
-    const std::string problem = stage.load(file, how, aspect());
+    std::string problem = stage.load(file, how, aspect());
     showProgressBy(nullptr);
     lastFrame = Window::seconds(); // nothing moves meanwhile
     if (problem.empty())
@@ -79,6 +79,7 @@ void Viewer::loadDropped(const std::string& path)
 // A scene that is new on the stage is seen from its first camera and played from its first frame.
 void Viewer::takePlaces()
 {
+    leaves.clear();
     pilot.begin(stage, options.framing.upAxis, options.camera, options.load.classic);
     playback.begin(stage.group && stage.group->animated ? stage.group->frameCount : 0);
     window.setTitle(stage.name.empty() ? "Vornik" : printable(stage.name) + " - Vornik");

@@ -6,6 +6,7 @@
 #include "apps/vornik/view/hud.h"
 #include "apps/vornik/view/pilot.h"
 #include "apps/vornik/view/playback.h"
+#include "apps/vornik/view/treeview.h"
 #include "apps/vornik/view/view.h"
 #include "apps/vornik/view/window.h"
 #include "vornik/console.h"
@@ -33,6 +34,7 @@ private:
     void watch(int camera);
     void toggle(int flag, const char* name);
     void toggleLists();
+    void toggleLeaves();
     void compileLists();
     void nextTransparency();
     void takeScreenShot();
@@ -68,6 +70,7 @@ private:
     Stage stage;
     Pilot pilot;
     Playback playback;
+    TreeView leaves;
     Messages messages;
     FigureLines figures;
 

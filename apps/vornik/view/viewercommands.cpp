@@ -53,6 +53,16 @@ void Viewer::toggleLists()
     toggle(VRK_RENDER_CALL_LIST, "display lists");
 }
 
+void Viewer::toggleLeaves()
+{
+    if (leaves.boxes() > 0 || !stage.group)
+        return leaves.clear();
+    if (!stage.group->octree)
+        stage.group->constructOctree();
+    leaves.build(stage.group->octree);
+    say("octree: " + std::to_string(leaves.boxes()) + " leaves with faces");
+}
+
 void Viewer::nextTransparency()
 {
     static const struct
@@ -197,6 +207,9 @@ void Viewer::execute(Command command)
         break;
     case Command::lists:
         toggleLists();
+        break;
+    case Command::leaves:
+        toggleLeaves();
         break;
     case Command::figures:
         showFigures = !showFigures;

@@ -42,6 +42,7 @@ void Viewer::drawScene()
     setProjection(view);
     const int flags = pilot.isUpright() ? options.flags : options.flags & ~VRK_RENDER_CULL;
     drawGroup(stage.group, &view, flags, options.transparency);
+    leaves.draw(&view, stage.group->activeTList);
 }
 
 static const char* movementName(const Pilot& pilot)

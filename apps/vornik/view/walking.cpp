@@ -198,8 +198,9 @@ bool findFoothold(OGroup* group, const Bounds& bounds, const Body& body, const V
     const int cells = 16;
     for (int i = 0; i < cells * cells; ++i)
     {
-        const float x = (static_cast<float>(i % cells) + 0.5f) / static_cast<float>(cells);
-        const float y = (static_cast<float>(i / cells) + 0.5f) / static_cast<float>(cells);
+        const int column = i % cells, line = i / cells;
+        const float x = (static_cast<float>(column) + 0.5f) / static_cast<float>(cells);
+        const float y = (static_cast<float>(line) + 0.5f) / static_cast<float>(cells);
         const Vertex3D extent = bounds.high - bounds.low;
         const Vertex3D place = {bounds.low.x + x * extent.x, bounds.low.y + y * extent.y,
                                 bounds.high.z + body.eyeHeight};
@@ -221,9 +222,10 @@ void Walk::begin(const Body& newBody, const Vertex3D& feet)
 void Walk::advance(double seconds, const Stride& stride, OGroup* group)
 {
     const double longest = 0.25; // a machine that is slower than that walks in slow motion
-    const double step = 1.0 / walkStepsASecond;
     rest += std::clamp(seconds, 0.0, longest);
-    for (; rest >= step; rest -= step)
+    const int steps = static_cast<int>(rest * walkStepsASecond);
+    rest -= static_cast<double>(steps) / walkStepsASecond;
+    for (int i = 0; i < steps; ++i)
     {
         before = now;
         walkStep(&now, body, stride, group);

@@ -35,6 +35,7 @@ std::string Window::open(const std::string& title, int width, int height)
 {
     prepareNativeWindows();
     SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "0"); // an interrupt is a wish to quit
+    SDL_SetHint(SDL_HINT_VIDEO_X11_NET_WM_BYPASS_COMPOSITOR, "0");
     if (SDL_Init(SDL_INIT_VIDEO) != 0)
         return std::string("can't open a window: ") + SDL_GetError();
     const auto create = [&]
@@ -50,6 +51,7 @@ std::string Window::open(const std::string& title, int width, int height)
     }
     if (!state->window)
         return std::string("can't open a window: ") + SDL_GetError();
+    SDL_EnableScreenSaver(); // SDL takes every program for a game
     SDL_SetWindowMinimumSize(state->window, 160, 120);
     SDL_EventState(SDL_DROPFILE, SDL_ENABLE);
     setTyping(false);

@@ -70,6 +70,8 @@ void D3DMesh::refill()
 // Faces of each material together, in the order of the materials' first faces.
 bool D3DMesh::sortFaces(const Facelist* from, const Textlist* materials)
 {
+    if (!from || !materials)
+        return true;
     struct Group
     {
         int material;

@@ -343,6 +343,17 @@ TEST_F(D3DMeshTest, MissingMaterialsAreSteppedOver)
     EXPECT_EQ(draws(), 1);
 }
 
+TEST_F(D3DMeshTest, RangesFollowOneAnother)
+{
+    fill({{0, 1, 2}, {1, 3, 2}, {0, 3, 2}, {3, 1, 0}}, {1, 2, 1, 3});
+    script.calls.clear();
+    materials[2]->wire = 1; // is drawn last
+    mesh.drawSolid(0, &list);
+    EXPECT_EQ(script.only({"indexed"}),
+              (Calls{"indexed 4 322 4 6", "indexed 4 322 4 3", "indexed 2 322 4 3"}));
+    EXPECT_EQ(script.lastIndices, (std::vector<uint16_t>{3, 1, 0}));
+}
+
 TEST_F(D3DMeshTest, HugeRangesAreDrawnInPieces)
 {
     fill(std::vector<Facelist>(70000, Facelist{0, 1, 2}), std::vector<int>(70000, 1));
@@ -510,6 +521,7 @@ TEST_F(D3DSceneMeshTest, AppliedLightReachesTheObject)
     EXPECT_EQ(vertices[1].color, 0xFCFC7E00u);
 
     scene->vertexCount = 2; // fewer colours than the object has vertices
+    scene->vertexColors[2] = {1, 1, 1, 1};
     group.applyLights();
     EXPECT_EQ(vertices[2].color, 0xFC0000FCu);
     scene = makeMesh("other", corners, {{0, 1, 2}});

@@ -4,7 +4,7 @@ PRESET ?= release
 JOBS ?= $(shell nproc)
 FUZZ_SECONDS ?= 60
 
-.PHONY: help setup build demo test asan fuzz bench format check-format tidy clean
+.PHONY: help setup build demo test asan fuzz bench reference format check-format tidy clean
 
 help:
 	@echo "make demo          render the sample scene"
@@ -13,6 +13,7 @@ help:
 	@echo "make asan          build and run the tests with the sanitizers"
 	@echo "make fuzz          run every fuzz target for FUZZ_SECONDS seconds (60)"
 	@echo "make bench         run the benchmarks"
+	@echo "make reference     pages of every exported name, by Doxygen, into build/reference"
 	@echo "make format        lay out the code"
 	@echo "make tidy          run clang-tidy"
 	@echo "make setup         install what is missing (demo and test do it themselves)"
@@ -38,6 +39,10 @@ fuzz: setup
 
 bench: build
 	@scripts/bench build/$(PRESET)
+
+reference: setup
+	@doxygen Doxyfile
+	@echo "The reference is build/reference/html/index.html"
 
 format:
 	@scripts/format

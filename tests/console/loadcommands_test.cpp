@@ -292,10 +292,10 @@ TEST_F(LoadCommands, XAndTheDepthOfImagesFollowTheCommand)
 TEST_F(LoadCommands, ReloadingReadsTheLastFileAgain)
 {
     said("LOAD3DS example.3ds . /s /r");
-    const OGroup* first = scene.groups[0];
+    scene.groups[0]->meshes[0]->visible = 7; // gone with the group that it belongs to
     EXPECT_EQ(said("reload3ds"), "");
     ASSERT_EQ(scene.groupCount, 1);
-    EXPECT_NE(scene.groups[0], first);
+    EXPECT_EQ(scene.groups[0]->meshes[0]->visible, 1);
     EXPECT_EQ(scene.groups[0]->meshCount, 2);
     EXPECT_STREQ(scope->console.lastLoad, "LOAD3DS EXAMPLE.3DS . /S /R");
 }

@@ -1,5 +1,6 @@
 #include "rasterizer/d3d/textures.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <new>
 #include <unordered_map>
@@ -81,9 +82,15 @@ catch (const std::bad_alloc&)
 
 static void fillSurface(const D3DTextureEntry& entry, D3DTextureSurface* surface)
 {
-    const D3DImage image = {entry.width, entry.height, entry.pixels.data()};
+    D3DImage image = {entry.width, entry.height, entry.pixels.data()};
+    std::vector<uint32_t> smaller;
     for (int i = 0; i < surface->levelCount(); ++i)
     {
+        if (i > 0)
+        {
+            smaller = halved(image);
+            image = {std::max(image.width / 2, 1), std::max(image.height / 2, 1), smaller.data()};
+        }
         D3DTextureSurface::Level level;
         if (!surface->lock(i, &level))
             continue;

@@ -91,7 +91,18 @@ TEST(CopyToLevel, SixteenBitsLieSideBySide)
     EXPECT_EQ(bits[1], 0xF0F0);
 }
 
-TEST(CopyToLevel, LowerLevelsSampleTheImage)
+TEST(Halved, AveragesFourPixelsChannelByChannel)
+{
+    const uint32_t image[] = {0x00000000, 0x04000000, 0x11111111, 0x99999999, //
+                              0x00FF0000, 0x040000FF, 0x11111111, 0x99999999, //
+                              0x12345678, 0x12345678, 0x12345678, 0x12345678};
+    EXPECT_EQ(halved({4, 3, image}), (std::vector<uint32_t>{0x02400040, 0x55555555}));
+    EXPECT_EQ(halved({1, 2, image}), (std::vector<uint32_t>{0x02000000}));
+    EXPECT_EQ(halved({2, 1, image}), (std::vector<uint32_t>{0x02000000}));
+    EXPECT_EQ(halved({1, 1, image + 2}), (std::vector<uint32_t>{0x11111111}));
+}
+
+TEST(CopyToLevel, TakesPixelsOfALargerImage)
 {
     std::vector<uint32_t> image(16);
     for (uint32_t i = 0; i < 16; ++i)

@@ -118,6 +118,24 @@ TEST_F(D3DTextureTest, SixteenBitsHaveFourOfAlpha)
     EXPECT_EQ(texel, 0xCF84);
 }
 
+TEST_F(D3DTextureTest, LowerLevelsAreAverages)
+{
+    texture.bitsPerTexel = 32;
+    fill(8, 8, 0, 0, 0, 0);
+    for (int i = 0; i < 64; i += 2)
+        texture.pixels[i * 4] = 200; // every second column is red
+    vrkUploadTexture(&texture, 0);
+    ASSERT_EQ(script.levels.size(), 3u);
+    uint32_t texel;
+    std::memcpy(&texel, script.levels[0].data(), 4);
+    EXPECT_EQ(texel, 200u << 16);
+    for (const size_t level : {1, 2})
+    {
+        std::memcpy(&texel, script.levels[level].data(), 4);
+        EXPECT_EQ(texel, 100u << 16) << level;
+    }
+}
+
 TEST_F(D3DTextureTest, ThirtyTwoBitsKeepAll)
 {
     texture.bitsPerTexel = 32;

@@ -3,19 +3,23 @@
 PRESET ?= release
 JOBS ?= $(shell nproc)
 FUZZ_SECONDS ?= 60
+PREFIX ?= /usr/local
 
-.PHONY: help setup build demo test asan fuzz bench reference format check-format tidy clean
+.PHONY: help setup build demo test asan fuzz bench reference install package exports format check-format tidy clean
 
 help:
 	@echo "make demo          render the sample scene"
 	@echo "make test          build and run every test"
 	@echo "make build         build the library and the command-line host"
+	@echo "make install       install into PREFIX (/usr/local)"
+	@echo "make package       make Debian packages, or with PRESET=windows a .zip, in build/<preset>/packages"
 	@echo "make asan          build and run the tests with the sanitizers"
 	@echo "make fuzz          run every fuzz target for FUZZ_SECONDS seconds (60)"
 	@echo "make bench         run the benchmarks"
 	@echo "make reference     pages of every exported name, by Doxygen, into build/reference"
 	@echo "make format        lay out the code"
 	@echo "make tidy          run clang-tidy"
+	@echo "make exports       take the library's call surface as the one to keep"
 	@echo "make setup         install what is missing (demo and test do it themselves)"
 
 setup:
@@ -30,6 +34,16 @@ demo: build
 
 test: build
 	@scripts/test build/$(PRESET)
+
+install: build
+	@cmake --install build/$(PRESET) --prefix $(PREFIX) > /dev/null
+
+package: build
+	@cd build/$(PRESET) && cpack | sed -n 's/^CPack: - package: \(.*\) generated\.$$/\1/p'
+
+# After a deliberate change of what is exported; its test tells of any other.
+exports: build
+	@python3 tests/host/exports.py --list build/$(PRESET)/lib/libvornik.so > tests/host/exported.txt
 
 asan:
 	@$(MAKE) --no-print-directory test PRESET=asan

@@ -30,7 +30,7 @@ add_library(vornik SHARED)
 add_library(Vornik::vornik ALIAS vornik)
 target_link_libraries(vornik PRIVATE vornik_objects vornik_options)
 target_include_directories(vornik PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>)
-set_target_properties(vornik PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 0)
+set_target_properties(vornik PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
 if(WIN32)
     set_target_properties(vornik PROPERTIES PREFIX "") # vornik.dll
 endif()

@@ -1,8 +1,10 @@
 """Compares what the public headers declare with what the shared library defines.
 
 usage: exports.py LIBRARY HEADER_FOLDER
+       exports.py --list LIBRARY
 
 Prints a line for every name that is missing in the library or stands in no header, and then how many were declared.
+With --list prints the call surface with all parameters, one line a name: what exported.txt keeps.
 """
 import pathlib
 import re
@@ -12,13 +14,18 @@ import sys
 MEMBER = re.compile(r"(~?\w+|operator char\*|operator[^(\w\s]+)\((?:[^;{}()]|\([^;{}()]*\))*\)(?: const)?;")
 
 
-def defined_names(library):
-    """Names without parameters: "vrkClear", "Scene::render".
+def call_surface(library):
+    """Names with parameters: "vrkClear()", "vrkGamma", "Scene::render(int)".
 
     Weak symbols come from templates of the standard library, names with an underscore in front from the linker.
     """
     listing = subprocess.run(["nm", "-DC", "--defined-only", library], check=True, capture_output=True, text=True)
-    return set(re.findall(r" [TBDR] ([^_(\n][^(\n]*)", listing.stdout))
+    return set(re.findall(r" [TBDR] ([^_(\n].*)", listing.stdout))
+
+
+def defined_names(library):
+    """Names without parameters."""
+    return {name.partition("(")[0] for name in call_surface(library)}
 
 
 def declared_names(text):
@@ -33,6 +40,9 @@ def declared_names(text):
 
 
 def main():
+    if sys.argv[1] == "--list":
+        print("\n".join(sorted(call_surface(sys.argv[2]))))
+        return
     defined = defined_names(sys.argv[1])
     declared = set()
     for header in pathlib.Path(sys.argv[2]).rglob("*.h"):

@@ -4,7 +4,6 @@
 #include <cctype>
 #include <filesystem>
 #include <fstream>
-#include <regex>
 
 namespace fs = std::filesystem;
 
@@ -18,26 +17,26 @@ static std::string trimmed(const std::string& text)
 static std::map<std::string, std::string> notesOf(const std::string& line)
 {
     std::map<std::string, std::string> notes;
-    std::smatch match;
-    if (!std::regex_match(line, match, std::regex("<!-- (.*) -->")))
+    const std::string open = "<!-- ", close = " -->";
+    const size_t end = line.rfind(close);
+    if (line.rfind(open, 0) != 0 || end == std::string::npos)
         return notes;
-    std::string rest = match[1].str() + ";";
-    for (size_t end = rest.find(';'); end != std::string::npos; end = rest.find(';'))
+    std::string rest = line.substr(open.size(), end - open.size()) + ";";
+    for (size_t cut = rest.find(';'); cut != std::string::npos; cut = rest.find(';'))
     {
-        const std::string note = rest.substr(0, end);
+        const std::string note = rest.substr(0, cut);
         const size_t colon = note.find(':');
         if (colon != std::string::npos)
             notes[trimmed(note.substr(0, colon))] = trimmed(note.substr(colon + 1));
-        rest = rest.substr(end + 1);
+        rest = rest.substr(cut + 1);
     }
     return notes;
 }
 
 static void addLinks(const std::string& line, std::vector<std::string>* links)
 {
-    static const std::regex link("\\]\\(([^)]*)\\)");
-    for (std::sregex_iterator i(line.begin(), line.end(), link), end; i != end; ++i)
-        links->push_back((*i)[1]);
+    for (size_t at = line.find("]("); at != std::string::npos; at = line.find("](", at + 1))
+        links->push_back(line.substr(at + 2, line.find(')', at) - at - 2));
 }
 
 static Page readPage(const std::string& name)

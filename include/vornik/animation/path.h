@@ -13,10 +13,10 @@ class Object;
 /// One key. Which values count depends on the track's kind.
 struct Key
 {
-    float position[3]; ///< x, y, z
-    float rotation[4]; ///< axis, and the angle in degrees: a turn from the key before
-    float value;       ///< of a scalar track: the roll of a camera, degrees
-    int32_t frame;
+    float position[3];                 ///< x, y, z
+    float rotation[4];                 ///< axis, and the angle in degrees: a turn from the key before
+    float value;                       ///< of a scalar track: the roll of a camera, degrees
+    int32_t frame;                     ///< at which the values hold
     float tension, continuity, bias;   ///< shape the spline; constants of VRKPath::set
     float tangentIn[4], tangentOut[4]; ///< filled by VRKPath::calcTans
 };
@@ -58,6 +58,7 @@ public:
     VRKPath(int keys, int nodeType, int kind, Object* object);
     /// Without keys.
     VRKPath(int nodeType, int kind, Object* object);
+    /// Shares the keys as assignment does.
     VRKPath(const VRKPath&) = default;
     /// Copies member by member: the keys are shared, and only one of the two may release them.
     VRKPath& operator=(const VRKPath&) = default;
@@ -68,6 +69,7 @@ public:
 
     // Each writes a key and makes the one behind it the closing key. An index outside the track is ignored.
 
+    /// A key of a scalar track.
     void set(int index, float value, int frame);
     /// Arguments stand in reverse: the key's position is (c, b, a).
     void set(int index, float a, float b, float c, int frame);
@@ -87,7 +89,7 @@ public:
 /// The point of an object that its tracks move.
 struct PivotPoint
 {
-    Vertex3D pivot;
+    Vertex3D pivot; ///< in the object's own coordinates
     Object* object; ///< not owned
 };
 
@@ -96,6 +98,7 @@ enum
     VRK_PATH_CAPACITY = 4096 ///< tracks of a PathList
 };
 
+/// The tracks of one load.
 class VRK_API PathList
 {
 public:
@@ -103,11 +106,13 @@ public:
     PivotPoint* pivots;                ///< a malloc block, owned; null until initPivots
     int32_t pathCount;                 ///< used entries of paths
     int32_t pivotCount;                ///< used entries of pivots
+    /// As the file has them.
     int32_t firstFrame, lastFrame;
     int32_t frameCount; ///< lastFrame - firstFrame
     uint8_t stopAtEnd;  ///< 0: frame numbers wrap; otherwise they stop at the end
 
     PathList();
+    /// Shares tracks and pivots as assignment does.
     PathList(const PathList&) = default;
     /// Copies member by member: tracks and pivots are shared, and only one of the two may be destroyed.
     PathList& operator=(const PathList&) = default;

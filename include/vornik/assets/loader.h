@@ -26,6 +26,7 @@ public:
 
     /// Starts on a block. @param block  [size + VRK_LOADER_PADDING], not owned, kept until the next initData
     void initData(char* block, int blockSize);
+    /// Puts the cursor at the start of the block.
     void toStart();
 
     float getFloat(); ///< -1 at the end

@@ -17,14 +17,20 @@ public:
     char names[64][64]; ///< [0] the name in the scene, an image or an .IFL; from [1] on the frames of an IFL
     uint8_t* pixels; ///< [width * height * 4] RGBA, rows bottom-up, a malloc block, owned; null when uploaded
     float rotation;  ///< degrees; with offsets and scales the texture matrix on OpenGL
+    /// Of the image on the faces, as the file has it.
     float offsetU, offsetV;
+    /// 0, never read.
     float unused0, unused1;
+    /// 1 is as it is.
     float scaleU, scaleV;
+    /// 0, never read.
     uint8_t unused2;
     int32_t frameCount;     ///< 1 for a single image, at most 63
     int32_t currentFrame;   ///< frame shown
     int32_t textureIDs[64]; ///< rasterizer's name of each frame
+    /// Handed to the rasterizer.
     float priority;
+    /// Smaller copies at the upload.
     bool mipmap;
     int32_t environment;  ///< VRK_MODULATE plain, VRK_DECAL with alpha
     int32_t percent;      ///< strength of the map; stored only, unset until read
@@ -37,6 +43,7 @@ public:
     bool acceptSubstitutes;
 
     Texture();
+    /// Shares pixels and texture names, as assignment does.
     Texture(const Texture&) = default;
     /// Copies member by member: the copy shares pixels and texture names with its source.
     Texture& operator=(const Texture&) = default;
@@ -63,10 +70,12 @@ public:
 
     /// Fills the frame names: one for an image, the lines of the list for an .IFL. @return 0 or 7, logged
     int extractNames();
+    /// The same out of a pack.
     int extractNames(const char* packName);
     /// Reads names[index] into pixels. @param scale  below 1 shrinks the image. @return 0 or the logged
     /// number
     int loadTexture(int index, float scale);
+    /// The same out of a pack.
     int loadTexture(int index, const char* packName, float scale);
 
     // Operations on pixels, in textureimage.cpp.

@@ -15,6 +15,7 @@ class VRK_API TList
 {
 public:
     Material* first; ///< linked through Material::next; never null
+    /// Never read.
     uint32_t unused;
     char baseDirectory[256]; ///< ends in a backslash
 
@@ -30,6 +31,7 @@ public:
     int delMaterial(const char* name);
     /// By exact name; null if there is none.
     Material* seekMaterial(const char* name);
+    /// The end of the list.
     Material* seekLastMaterial();
     /// The one before it; null for the first and for strangers.
     Material* getPrevious(Material* material);
@@ -37,6 +39,7 @@ public:
     void setBaseDirectory(const char* directory);
     /// The number, or 5 when not found, logged.
     int getMaterialID(const char* name);
+    /// The same by pointer; 5 for null, logged.
     int getMaterialID(Material* material);
     /// By number; null if there is none.
     Material* getMaterial(int id);

@@ -33,16 +33,19 @@ enum VRKConsoleCapacity
         1024 ///< scripts that may begin within one, one that is run twice counting twice
 };
 
+/// Text, functions and variables by name, and the command language.
 class VRK_API Console
 {
 public:
+    /// Variables registered.
     int32_t varCount;
     int32_t funcCounts[VRK_CONSOLE_SIGNATURES]; ///< by signature, in the order of the arrays below
     char lastLoad[256];                         ///< line of the last LOAD3DS, in upper case
     float* varPointers[VRK_CONSOLE_VARIABLES];  ///< not owned
     char* varNames[VRK_CONSOLE_VARIABLES];      ///< owned malloc blocks, as all names
 
-    // Functions and their names, in the order in which a name is looked for.
+    /// Functions and their names, in the order in which a name is looked for. Names are owned.
+    ///@{
     void (*voidFloatFuncs[VRK_CONSOLE_FUNCTIONS])(float);
     char* voidFloatNames[VRK_CONSOLE_FUNCTIONS];
     void (*voidIntFuncs[VRK_CONSOLE_FUNCTIONS])(int);
@@ -61,11 +64,14 @@ public:
     char* floatIntNames[VRK_CONSOLE_FUNCTIONS];
     float (*floatFuncs[VRK_CONSOLE_FUNCTIONS])();
     char* floatNames[VRK_CONSOLE_FUNCTIONS];
+    ///@}
 
     void (*progressFunc)(float); ///< told of the progress of loads; may be null
     char* text;                  ///< [VRK_CONSOLE_TEXT], a malloc block, owned; what the host hasn't drained
     Scene* scene;                ///< that the commands act on; not owned, may be null
+    /// Set by EXIT until exitRequest is asked.
     uint8_t exitFlag;
+    /// Set by CLS until clearRequest is asked.
     uint8_t clearFlag;
 
     /// The text begins with a banner.
@@ -80,9 +86,9 @@ public:
     /// @param f  may be null. @return 0
     int addProgressFunc(void (*f)(float));
 
-    // Functions of the host, called by EVAL. Names are copied whole; of the same name the one added last
-    // counts. A null name counts as an empty one. @return 0; 29 when the 64 of a signature are taken, logged
-
+    /// A function of the host, called by EVAL. Names are copied whole; of the same name the one added last
+    /// counts. A null name counts as an empty one. @return 0; 29 when the 64 of a signature are taken, logged
+    ///@{
     int addFunc(void (*f)(float), const char* name);
     int addFunc(void (*f)(int), const char* name);
     int addFunc(void (*f)(), const char* name);
@@ -92,6 +98,7 @@ public:
     int addFunc(float (*f)(float), const char* name);
     int addFunc(float (*f)(int), const char* name);
     int addFunc(float (*f)(), const char* name);
+    ///@}
 
     /// A variable named VAR0, VAR1 and so on, by the number of variables before it.
     /// @param variable  a 32-bit float, whatever the pointer's type; not owned; null registers a name that
@@ -126,6 +133,7 @@ public:
     // These append to the text.
 
     void listEVars(); ///< a null variable shows the -2 of getEVar
+    /// All functions, signature by signature.
     void listEFuncs();
     /// Totals over all groups; nothing without a scene.
     void SceneInfo();

@@ -23,6 +23,7 @@ struct VRKError
 /// What the engine is.
 struct VRKInfo
 {
+    /// Of the engine.
     int16_t majorVersion, minorVersion;
     char text[1024]; ///< lines that end in a line feed
 };

@@ -18,21 +18,27 @@ public:
     String(int n);            ///< size n, all cleared
     String(const char* text); ///< size is the length of text
 
+    /// Characters of the text.
     int length() const;
+    /// Makes the text empty.
     void clear();
     int charAt(int i) const; ///< 0 outside the text
 
     /// First index from `from` on that holds c, or -1; `from` is limited to the text.
     int indexOf(char c, int from) const;
+    /// The same from the start.
     int indexOf(char c) const;
     int indexOfNumber(int from) const; ///< first digit
+    /// The same from the start.
     int indexOfNumber() const;
     int indexOfNotNumber(int from) const; ///< first character that is no digit
+    /// The same from the start.
     int indexOfNotNumber() const;
 
     /// -1 or 1 at the first difference, the difference of lengths where one is the start of the other, 0 if
     /// equal. Two empty texts give -1.
     int compareTo(const String& other) const;
+    /// The same with a plain text.
     int compareTo(const char* text) const;
 
     /// Without leading blanks. Trailing blanks and other white space stay; a text of blanks only comes back
@@ -44,8 +50,11 @@ public:
     /// front counts; an exponent doesn't.
     float findNumber() const;
 
+    /// Both texts, cut to what fits.
     String operator+(const String& other) const;
+    /// One character more, if it fits.
     String operator+(char c) const;
+    /// The address of data.
     operator char*();
     char* toChar(); ///< the address of data
 };

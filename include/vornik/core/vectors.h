@@ -12,8 +12,10 @@
 
 class Mesh;
 
+/// A point or direction in a plane, or a place in an image.
 struct Vertex2D
 {
+    /// Pixels, world units or shares of an image.
     float x, y;
 };
 
@@ -22,8 +24,11 @@ struct Vertex2D
 /// its length wherever a float is wanted, so compare by component: a == b compares lengths.
 struct Vertex3D
 {
+    /// World units, or shares of a unit vector.
     float x, y, z;
 
+    /// By component.
+    ///@{
     Vertex3D operator-(const Vertex3D& b) const
     {
         Vertex3D r = {x - b.x, y - b.y, z - b.z};
@@ -53,6 +58,7 @@ struct Vertex3D
         z -= b.z;
         return *this;
     }
+    ///@}
     /// Cross product.
     Vertex3D operator^(const Vertex3D& b) const
     {
@@ -61,6 +67,8 @@ struct Vertex3D
     }
     /// Dot product.
     float operator*(const Vertex3D& b) const { return x * b.x + y * b.y + z * b.z; }
+    /// Scales. There is no v * f: that is a number.
+    ///@{
     void operator/=(float f)
     {
         x /= f;
@@ -73,6 +81,7 @@ struct Vertex3D
         y *= f;
         z *= f;
     }
+    ///@}
     /// Length.
     operator float() const { return sqrtf(x * x + y * y + z * z); }
 
@@ -83,43 +92,51 @@ struct Vertex3D
 /// A rotation: axis in x, y, z, angle in degrees in w; or a quaternion.
 struct Vertex4D
 {
+    /// As above.
     float x, y, z, w;
 };
 
 /// Channels run from 0 to 1.
 struct Color
 {
+    /// Red, green, blue, and alpha, which is 1 where nothing shines through.
     float r, g, b, a;
 };
 
 /// Four words that are only copied.
 struct VRKCounter
 {
+    /// Never read.
     uint32_t words[4];
 };
 
 /// Six values that are stored and copied.
 struct Cube
 {
+    /// In the order of setValues.
     float values[6];
+    /// Stores the values in order.
     VRK_API void setValues(float a, float b, float c, float d, float e, float f);
 };
 
 /// Five words that are only copied.
 struct Triangle
 {
+    /// Never read.
     uint32_t words[5];
 };
 
 /// One triangle of a mesh: vertex indices in winding order, counter-clockwise seen from the front.
 struct Facelist
 {
+    /// Indices into the arrays by vertex.
     uint16_t a, b, c;
 };
 
 /// Material of the face at the same index: a Material::id of the mesh's TList.
 struct Textlist
 {
+    /// Number, not a position in the list.
     int32_t materialIndex;
 };
 
@@ -133,6 +150,7 @@ struct EdgeNormal
 /// One member of a coplanar group of faces.
 struct PlaneList
 {
+    /// Index into the faces of the mesh.
     int32_t face;
     Mesh* mesh; ///< not owned
 };
@@ -164,11 +182,13 @@ struct Viewport
 {
     float width, height; ///< pixels
     float aspect;        ///< width / height
+    /// Distances in world units.
     float nearClip, farClip;
     float fov; ///< vertical field of view, degrees
 
     /// nearClip 0.01, farClip 100000 and fov 90; the other fields stay.
     VRK_API void reset();
+    /// aspect from width and height.
     VRK_API void calcAspect();
 };
 

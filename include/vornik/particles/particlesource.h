@@ -31,6 +31,7 @@ class VRK_API ParticleSource
 {
 public:
     Particle* particles; ///< [particleCount], a malloc block, owned; null until initParticles
+    /// As given to initParticles.
     int32_t particleCount;
     /// Of the quads; owned. Sources may share one, which goes with the last of them; one that is in a TList
     /// goes with the list, and the sources that have it are then without.

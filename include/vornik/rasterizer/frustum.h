@@ -12,7 +12,9 @@ class Mesh;
 /// The view volume: planes top, bottom, right, left and far, normals pointing outward, of unit length.
 struct Frustrum
 {
+    /// One on each plane.
     Vertex3D point[5];
+    /// Of each plane.
     Vertex3D normal[5];
 };
 

@@ -12,15 +12,18 @@ class Material;
 /// One face that waits. Nothing is owned, so what it points at stays as it is until the stack is drawn.
 struct TransparentPlane
 {
+    /// Arrays of the mesh that the face belongs to.
+    ///@{
     Color* colors;
     Vertex2D* coords;
     Vertex3D* vertices;
     Vertex3D* normals;
-    Facelist* face;
-    Vertex3D* origin; ///< what the face's own coordinates are relative to; for sorting only
-    float distance;   ///< squared, from the camera; set when the stack is drawn
-    Material* material;
-    float matrix[16]; ///< model-view matrix when the face was pushed
+    ///@}
+    Facelist* face;     ///< its corners
+    Vertex3D* origin;   ///< what the face's own coordinates are relative to; for sorting only
+    float distance;     ///< squared, from the camera; set when the stack is drawn
+    Material* material; ///< of the face
+    float matrix[16];   ///< model-view matrix when the face was pushed
 };
 
 /// Makes an empty stack. The host calls it once after start-up.

@@ -10,9 +10,11 @@
 
 class Texture;
 
+/// How faces are drawn: images, colours, opacity and switches.
 class VRK_API Material
 {
 public:
+    /// Terminated; what TList::seekMaterial compares.
     char name[256];
     int32_t id;             ///< number in the TList; what Mesh::faceMaterials refers to
     float selfIllumination; ///< 0 to 1: light that a vertex has before any lamp acts
@@ -25,8 +27,11 @@ public:
     Color* specular;            ///< not owned
     Color* diffuse;             ///< not owned
     Material* next;             ///< next in the TList
+    /// 0 if the file says so; drawing doesn't ask.
     uint8_t tiled;
+    /// Drawn without culling.
     uint8_t twoSided;
+    /// Drawn as edges.
     uint8_t wire;
     float wireSize; ///< stored only
 
@@ -39,15 +44,19 @@ public:
     /// @param text  cut to 255 characters
     void setName(const char* text);
 
-    // Each stores the pointer and takes ownership; a previous texture is dropped, not destroyed. Result 0.
+    /// Stores the pointer and takes ownership; a previous texture is dropped, not destroyed. @return 0
+    ///@{
     int addFirstTexture(Texture* texture);
     int addSecondTexture(Texture* texture);
     int addOpacityTexture(Texture* texture);
     int addReflectionTexture(Texture* texture);
-    // Each stores the pointer without owning it. Result 0.
+    ///@}
+    /// Stores the pointer without owning it. @return 0
+    ///@{
     int addAmbientColor(Color* color);
     int addSpecularColor(Color* color);
     int addDiffuseColor(Color* color);
+    ///@}
 
     /// Folds the opacity image into the alpha of the first texture's image, scaling it to that size, and
     /// makes the material transparent. Without either image only the first texture's environment changes,

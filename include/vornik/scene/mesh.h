@@ -15,16 +15,18 @@ class TList;
 /// One range of faces with one material; both ends inclusive.
 struct MaterialFaceRange
 {
+    /// Indices of faces.
     int32_t first, last;
 };
 
 /// The ranges of a mesh. The material of a range is that of its first face.
 struct MaterialFaceList
 {
-    int32_t count;
+    int32_t count;             ///< of ranges
     MaterialFaceRange* ranges; ///< [count], owned, a malloc block
 };
 
+/// A polygon object. What a host writes into its arrays is drawn as it is.
 class VRK_API Mesh : public Object
 {
 public:
@@ -48,11 +50,11 @@ public:
     uint32_t transparentDisplayList; ///< OpenGL list of the immediate transparent pass
     uint8_t attachMark;              ///< merged by OGroup::attach
     uint8_t billboard;               ///< turned with the camera by OGroup::render
-    int32_t vertexCount;
-    int32_t faceCount;
-    int32_t virtualVertexCount; ///< for hosts that keep spare room; see minimizeVirtualTriangleCount
-    int32_t virtualFaceCount;
-    float radius; ///< from the local origin to the farthest calculated vertex
+    int32_t vertexCount;             ///< used entries of the arrays by vertex
+    int32_t faceCount;               ///< used entries of the arrays by face
+    int32_t virtualVertexCount;      ///< for hosts that keep spare room; see minimizeVirtualTriangleCount
+    int32_t virtualFaceCount;        ///< the same for faces
+    float radius;                    ///< from the local origin to the farthest calculated vertex
 
     Mesh();
     Mesh(const Mesh&) = delete;
@@ -88,6 +90,7 @@ public:
     void calcNormals();
     /// edgeNormals from the faces' world positions. Uses the rasterizer's matrix stack.
     void calcEdgeNormals();
+    /// radius from calculatedVertices.
     void calcRadius();
     /// Copies positions and normals to the calculated arrays.
     void originalToCalculated();
@@ -136,6 +139,7 @@ public:
 
     /// Takes two list names from OpenGL. @return 0 or 43, logged
     int createDisplayList();
+    /// Gives both names back.
     void destroyDisplayList();
 
 private:

@@ -13,23 +13,24 @@
 class VRK_API Object
 {
 public:
-    Vertex3D location; ///< world position of a light; unused by meshes and cameras
-    Vertex4D rotation; ///< degrees about x, y, z; for a camera x is the heading and y the pitch
-    Vertex3D position; ///< world position of a mesh
-    Vertex3D pivot;    ///< point about which a mesh turns
-    char* name;        ///< a malloc block, shared with copies; the last holder releases it
-    Object* parent;    ///< in the keyframe hierarchy; not owned
-    int32_t objectId;  ///< node number of the file
-    int32_t parentId;  ///< node number of the parent, -1 for none
-    uint8_t visible;   ///< 0 hides
-    uint8_t special;   ///< set by setSpecial
-    int32_t specialType;
-    float specialFade; ///< strength of the glow sprite, 0 to 1
+    Vertex3D location;   ///< world position of a light; unused by meshes and cameras
+    Vertex4D rotation;   ///< degrees about x, y, z; for a camera x is the heading and y the pitch
+    Vertex3D position;   ///< world position of a mesh
+    Vertex3D pivot;      ///< point about which a mesh turns
+    char* name;          ///< a malloc block, shared with copies; the last holder releases it
+    Object* parent;      ///< in the keyframe hierarchy; not owned
+    int32_t objectId;    ///< node number of the file
+    int32_t parentId;    ///< node number of the parent, -1 for none
+    uint8_t visible;     ///< 0 hides
+    uint8_t special;     ///< set by setSpecial
+    int32_t specialType; ///< the argument of setSpecial
+    float specialFade;   ///< strength of the glow sprite, 0 to 1
 
     /// Leaves location, rotation, position and pivot unset; only Mesh clears them.
     Object();
     /// Copies share the name.
     Object(const Object& other);
+    /// Shares the name, too.
     Object& operator=(const Object& other);
     ~Object();
 
@@ -52,21 +53,30 @@ public:
     float fov;       ///< field of view, degrees
 
     Camera();
+    /// A copy that shares the name. The caller owns it.
     Object* copyObject();
 
+    /// eye.
     Vertex3D getPosition();
     /// Sets eye; target stays.
     void moveTo(float x, float y, float z);
     /// Adds to eye; target stays.
     void moveBy(float x, float y, float z);
+    /// Sets eye and target.
     void moveTo(float eyeX, float eyeY, float eyeZ, float targetX, float targetY, float targetZ);
+    /// Adds to eye and target.
     void moveBy(float eyeX, float eyeY, float eyeZ, float targetX, float targetY, float targetZ);
 
-    // These fly by heading and pitch and move eye only. After them, call targetFromRotation.
+    /// Flies by heading and pitch and moves eye only. After it, call targetFromRotation.
+    ///@{
     void forward(float d);
     void reverse(float d);
-    void stepLeft(float d); ///< level; the step shrinks with the sine of the pitch
+    ///@}
+    /// A level step to the side, as above. It shrinks with the sine of the pitch.
+    ///@{
+    void stepLeft(float d);
     void stepRight(float d);
+    ///@}
 
     /// fov from lens, by a parabola; not limited.
     void calcFOV();
@@ -85,6 +95,7 @@ public:
     float outerRange; ///< nothing from here on
 
     Light();
+    /// A copy that shares the name. The caller owns it.
     Object* copyObject();
 };
 

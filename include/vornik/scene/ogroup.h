@@ -32,19 +32,24 @@ enum OGroupCapacity
 class VRK_API OGroup
 {
 public:
+    /// Used slots of the lists.
     int32_t meshCount, cameraCount, lightCount, tlistCount, pathListCount, particleSourceCount;
+    /// Owned.
+    ///@{
     Mesh* meshes[maxMeshs];
     Camera* cameras[maxCameras];
     Light* lights[maxLights];
     TList* tlists[maxTLists];
     PathList* pathLists[maxPaths];
     ParticleSource* particleSources[maxParticleSources];
+    ///@}
     TList* activeTList;       ///< resolves material numbers at drawing
     PathList* activePathList; ///< what animation reads
     Camera* activeCamera;     ///< recorded only; drawing takes its camera from the caller
     octreeNode* octree;       ///< owned; null until constructOctree
     uint8_t animated;         ///< meshes are placed by their keys
     uint8_t stopAtEnd;        ///< 0: frame numbers wrap; otherwise they stop at the end
+    /// Of the animation. The keyframes run from firstFrame to lastFrame; frameCount is the difference.
     int32_t currentFrame, firstFrame, lastFrame, frameCount;
 
     OGroup();

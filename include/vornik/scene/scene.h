@@ -15,7 +15,9 @@ class OGroup;
 /// A store for the host; the engine copies it and reads none of it.
 struct VRK_API SceneParams
 {
+    /// The host's.
     int32_t params0, params1, params2, params3, params4, params5, params6, params7, params8;
+    /// The host's.
     uint8_t switch0, switch1, switch2, switch3, switch4, switch5, switch6;
     uint8_t unused; ///< cleared by the constructor
 
@@ -23,10 +25,11 @@ struct VRK_API SceneParams
     SceneParams();
 };
 
+/// Groups, and the camera through which they are seen.
 class VRK_API Scene
 {
 public:
-    int32_t groupCount;
+    int32_t groupCount;      ///< used slots of groups
     OGroup* groups[256];     ///< owned; the used slots come first, without holes
     Camera* camera;          ///< belongs to a group; null when none is set
     SceneParams* parameters; ///< owned

@@ -15,8 +15,8 @@ class PackedTree;
 /// A face of a mesh.
 struct OTPolyData
 {
-    Mesh* mesh; ///< not owned
-    int32_t face;
+    Mesh* mesh;   ///< not owned
+    int32_t face; ///< index into its faces
 };
 
 /// A growing array of faces.
@@ -24,7 +24,7 @@ struct OTPolyList
 {
     OTPolyData* items; ///< [room], a malloc block, owned by the node
     int32_t size;      ///< items that count
-    int32_t room;
+    int32_t room;      ///< items that fit
 };
 
 /// What keeps a few faces without measure from filling all memory: no scene that is to be seen comes near.
@@ -58,6 +58,7 @@ public:
     /// Adds a face to this node. @param grow  widens the node's bounds to hold it
     /// @return 2 for a null mesh or face
     int insert(Mesh* mesh, int face, bool grow);
+    /// The same with a record of its own.
     int insert(OTPolyData* poly, bool grow);
     /// Makes the bounds a cube around the same middle. Call it before split().
     void adjustSize();

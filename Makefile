@@ -5,7 +5,7 @@ JOBS ?= $(shell nproc)
 FUZZ_SECONDS ?= 60
 PREFIX ?= /usr/local
 
-.PHONY: help setup build demo test asan fuzz bench reference install package exports format check-format tidy clean
+.PHONY: help setup build demo test windows asan fuzz bench reference install package exports format check-format tidy clean
 
 help:
 	@echo "make demo          render the sample scene"
@@ -13,6 +13,7 @@ help:
 	@echo "make build         build the library and the command-line host"
 	@echo "make install       install into PREFIX (/usr/local)"
 	@echo "make package       make Debian packages, or with PRESET=windows a .zip, in build/<preset>/packages"
+	@echo "make windows       cross-build everything for Windows"
 	@echo "make asan          build and run the tests with the sanitizers"
 	@echo "make fuzz          run every fuzz target for FUZZ_SECONDS seconds (60)"
 	@echo "make bench         run the benchmarks"
@@ -32,8 +33,22 @@ build: setup
 demo: build
 	@scripts/demo build/$(PRESET) out
 
+# The release build's tests take those for Windows along.
 test: build
-	@scripts/test build/$(PRESET)
+	@windows=; \
+	if [ "$(PRESET)" = release ]; then \
+	    if scripts/windows-deps; then \
+	        $(MAKE) --no-print-directory windows && windows=build/windows || exit 1; \
+	    else \
+	        echo "The tests for Windows are left out: the libraries that they link are missing"; \
+	    fi; \
+	fi; \
+	scripts/test build/$(PRESET) $$windows
+
+windows: setup
+	@scripts/windows-deps
+	@cmake --preset windows > build-windows.log 2>&1 || (cat build-windows.log; exit 1)
+	@cmake --build build/windows -j $(JOBS)
 
 install: build
 	@cmake --install build/$(PRESET) --prefix $(PREFIX) > /dev/null

@@ -137,10 +137,10 @@ size_t packFileRead(void* buffer, size_t size, size_t count, PackHandle* handle)
 
     size_t read = 0;
     const uint64_t place = static_cast<uint64_t>(handle->position) + packDirectorySize;
-    if (handle->position == packStreamPos || std::fseek(packStream, static_cast<long>(place), SEEK_SET) == 0)
+    if (handle->position == packStreamPos || vrkSeek(packStream, place))
         read = std::fread(buffer, size, count, packStream);
     handle->position += static_cast<uint32_t>(size * count);
-    packStreamPos = static_cast<uint32_t>(std::ftell(packStream)) - packDirectorySize;
+    packStreamPos = static_cast<uint32_t>(vrkTell(packStream)) - packDirectorySize;
     return read;
 }
 

@@ -6,15 +6,12 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "platform/file.h"
 #include "vornik/assets/pack.h"
 
 uint64_t packLength()
 {
-    const long place = std::ftell(packStream);
-    std::fseek(packStream, 0, SEEK_END);
-    const long length = std::ftell(packStream);
-    std::fseek(packStream, place, SEEK_SET);
-    return length > 0 ? static_cast<uint64_t>(length) : 0;
+    return vrkLength(packStream);
 }
 
 // A name without what differs between systems and habits: "./a/b" becomes "A\\B".

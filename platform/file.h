@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <string>
 
@@ -14,6 +15,13 @@ FILE* vrkOpenFile(const char* name, const char* mode);
 
 /// The name under which vrkOpenFile would open an existing file or folder; empty if there is none.
 std::string vrkResolveName(const char* name);
+
+/// fseek from the start and ftell, in packs of any size; a long need not hold their places.
+bool vrkSeek(FILE* file, uint64_t place);
+uint64_t vrkTell(FILE* file);
+
+/// Length of an open file, whose place stays. 0 if it can't be told.
+uint64_t vrkLength(FILE* file);
 
 /// Reads a whole file. @param padding  zero bytes to add behind the content
 /// @param size  [out] bytes of the file, without the padding

@@ -134,6 +134,23 @@ FILE* vrkOpenFile(const char* name, const char* mode)
     return file;
 }
 
+bool vrkSeek(FILE* file, uint64_t place)
+{
+    return fseeko(file, static_cast<off_t>(place), SEEK_SET) == 0;
+}
+
+uint64_t vrkTell(FILE* file)
+{
+    const off_t place = ftello(file);
+    return place > 0 ? static_cast<uint64_t>(place) : 0;
+}
+
+uint64_t vrkLength(FILE* file)
+{
+    struct stat entry;
+    return fstat(fileno(file), &entry) == 0 && entry.st_size > 0 ? static_cast<uint64_t>(entry.st_size) : 0;
+}
+
 char* vrkReadFile(const char* name, size_t padding, size_t* size)
 {
     FILE* file = vrkOpenFile(name, "rb");

@@ -5,6 +5,7 @@
 
 #include <climits>
 #include <cstdlib>
+#include <cstring>
 #include <io.h>
 #include <windows.h>
 
@@ -15,18 +16,37 @@ std::string vrkResolveName(const char* name)
     return name;
 }
 
+static bool isPlainFile(FILE* file)
+{
+    return GetFileType(reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file)))) == FILE_TYPE_DISK;
+}
+
 FILE* vrkOpenFile(const char* name, const char* mode)
 {
     if (!name || !*name)
         return nullptr;
     FILE* file = std::fopen(name, mode);
-    if (!file)
-        return nullptr;
-    const HANDLE handle = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file)));
-    if (GetFileType(handle) == FILE_TYPE_DISK)
+    if (!file || std::strchr(mode, 'w') || std::strchr(mode, 'a') || isPlainFile(file))
         return file;
     std::fclose(file);
     return nullptr;
+}
+
+bool vrkSeek(FILE* file, uint64_t place)
+{
+    return _fseeki64(file, static_cast<__int64>(place), SEEK_SET) == 0;
+}
+
+uint64_t vrkTell(FILE* file)
+{
+    const __int64 place = _ftelli64(file);
+    return place > 0 ? static_cast<uint64_t>(place) : 0;
+}
+
+uint64_t vrkLength(FILE* file)
+{
+    const __int64 length = _filelengthi64(_fileno(file));
+    return length > 0 ? static_cast<uint64_t>(length) : 0;
 }
 
 char* vrkReadFile(const char* name, size_t padding, size_t* size)

@@ -7,5 +7,5 @@
 bool vrkPlatformMakeFont(VRKDeviceContext device, int base)
 {
     SelectObject(device, GetStockObject(SYSTEM_FONT));
-    return wglUseFontBitmapsA(device, 0, 128, static_cast<DWORD>(base)) != FALSE;
+    return wglGetCurrentContext() && wglUseFontBitmapsA(device, 0, 128, static_cast<DWORD>(base)) != FALSE;
 }

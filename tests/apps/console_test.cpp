@@ -2,7 +2,7 @@
 #include "tests/apps/program.h"
 #include "tests/apps/scenes.h"
 
-#include <sys/stat.h>
+#include <filesystem>
 
 class ConsoleCommand : public ProgramTest
 {
@@ -94,7 +94,7 @@ TEST_F(ConsoleCommand, AScriptThatIsNotThereIsAFault)
     EXPECT_EQ(missing.status, 1);
     EXPECT_EQ(missing.out, "");
     EXPECT_EQ(missing.err, "vornik: none.txt: No such file or directory\n");
-    mkdir(folder.path("folder").c_str(), 0700);
+    std::filesystem::create_directory(folder.path("folder"));
     EXPECT_EQ(run({"console", "folder"}).err, "vornik: folder: Is a directory\n");
     EXPECT_EQ(run({"console", "a", "b"}).status, 2);
     EXPECT_EQ(run({"console", "--size", "0x5"}).status, 2);
@@ -141,6 +141,8 @@ TEST_F(ConsoleCommand, HoldsWhatManyCommandsSay)
 
 TEST_F(ConsoleCommand, OnATerminalLinesAreEdited)
 {
+    if (!hasTerminals())
+        GTEST_SKIP() << "no terminal to run on";
     const std::string shown = runOnTerminal({"console"}, {"inf\x7F"
                                                           "fo\r",
                                                           "\x1B[A\r", "exit\r"});
@@ -153,6 +155,8 @@ TEST_F(ConsoleCommand, OnATerminalLinesAreEdited)
 
 TEST_F(ConsoleCommand, OnATerminalTheTabulatorCompletesCommands)
 {
+    if (!hasTerminals())
+        GTEST_SKIP() << "no terminal to run on";
     const std::string shown = runOnTerminal({"console"}, {"sce\t\r", "help exi\t\r", "ex\t\t\r", "exit\r"});
     EXPECT_NE(shown.find("Scene information\r\n"), std::string::npos) << shown;
     EXPECT_NE(shown.find("Command does not exist!\r\n"),
@@ -162,6 +166,8 @@ TEST_F(ConsoleCommand, OnATerminalTheTabulatorCompletesCommands)
 
 TEST_F(ConsoleCommand, OnATerminalClearClearsItAndTheEndOfInputEndsIt)
 {
+    if (!hasTerminals())
+        GTEST_SKIP() << "no terminal to run on";
     const std::string shown = runOnTerminal({"console"}, {"cls\r", "\r", "\x04"});
     EXPECT_NE(shown.find("Clear requested!\r\n\x1B[H\x1B[2J> "), std::string::npos) << shown;
     EXPECT_EQ(shown.find("Command not found!"), std::string::npos); // an empty line asks for nothing

@@ -62,6 +62,7 @@ protected:
     /// @return what appeared on it
     std::string runOnTerminal(const std::vector<std::string>& arguments,
                               const std::vector<std::string>& keys = {}) const;
+    static bool hasTerminals();
     /// Writes a scene into the folder. @return its name
     std::string write(const std::string& name, const Scene3ds& scene) const;
     /// Renders a file and decodes the picture, 120 by 90 on black with one sample unless the options say

@@ -219,7 +219,7 @@ protected:
     {
         auto loaded = std::make_unique<OGroup>();
         const std::string maps = file.parent_path().string() + "/";
-        if (load3ds(file.c_str(), loaded.get(), maps.c_str(), flags, nullptr, nullptr) != 0)
+        if (load3ds(file.string().c_str(), loaded.get(), maps.c_str(), flags, nullptr, nullptr) != 0)
             return nullptr;
         expectWhole(*loaded);
         return loaded;

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <limits>
 
+#include "apps/vornik/surface.h"
 #include "vornik/rasterizer/startup.h"
 #include "vornik/scene/scene.h"
 
@@ -426,8 +427,8 @@ TEST(Console, ThatIsGoneHearsNothing)
 
 TEST_F(ConsoleStore, HearsTheStartOfTheEngine)
 {
-    const VRKNativeWindow surface = {nullptr, 0, 32, 32};
-    ASSERT_EQ(initVornik(0, &surface, &console, 32, 0, 24, 25, false, 0, true), 0);
+    static const Surface surface(32, 32);
+    ASSERT_EQ(initVornik(0, surface.window(), &console, 32, 0, 24, 25, false, 0, true), 0);
     EXPECT_EQ(vrkError.mode, 2);
     EXPECT_EQ(vrkGetFPS(), 25);
     const std::string text = drained(console);

@@ -5,57 +5,18 @@
 #include <thread>
 
 #include <gtest/gtest.h>
-#include <windows.h>
 
+#include "tests/support/messagebox_win32.h"
 #include "vornik/core/errorlog.h"
 
-struct Box
+static int report(const char* message, int number, int button, MessageBoxLook* look)
 {
-    std::string caption, text;
-    HWND owner = nullptr;
-    bool hasYes = false, hasNo = false, hasCancel = false;
-};
-
-static BOOL CALLBACK lookAtChild(HWND child, LPARAM parameter)
-{
-    Box* box = reinterpret_cast<Box*>(parameter);
-    char text[2048] = {};
-    GetWindowTextA(child, text, sizeof text);
-    switch (GetDlgCtrlID(child))
-    {
-    case IDYES:
-        box->hasYes = true;
-        break;
-    case IDNO:
-        box->hasNo = true;
-        break;
-    case IDCANCEL:
-        box->hasCancel = true;
-        break;
-    default:
-        box->text += text;
-    }
-    return TRUE;
-}
-
-// Waits for a message box of this process, looks at it and presses a button.
-static void press(int button, Box* box)
-{
-    HWND window = nullptr;
-    while (!(window = FindWindowA("#32770", "VRK Error")))
-        Sleep(5);
-    SendMessageA(window, WM_NULL, 0, 0); // answered once the box is complete
-    char caption[64] = {};
-    GetWindowTextA(window, caption, sizeof caption);
-    box->caption = caption;
-    box->owner = GetWindow(window, GW_OWNER);
-    EnumChildWindows(window, lookAtChild, reinterpret_cast<LPARAM>(box));
-    PostMessageA(window, WM_COMMAND, static_cast<WPARAM>(button), 0);
-}
-
-static int report(const char* message, int number, int button, Box* box)
-{
-    std::thread user(press, button, box);
+    std::thread user(
+        [&]
+        {
+            while (!pressInMessageBox("VRK Error", button, look))
+                Sleep(2);
+        });
     vrkInitErrorLog(1);
     const int result = vrkPutToErrorLog(message, number);
     vrkInitErrorLog(3);
@@ -65,32 +26,31 @@ static int report(const char* message, int number, int button, Box* box)
 
 TEST(Question, YesGoesOnWithTheNumber)
 {
-    Box box;
-    EXPECT_EQ(report("Trouble", 41, IDYES, &box), 41);
-    EXPECT_EQ(box.caption, "VRK Error");
-    EXPECT_EQ(box.text, "Trouble\n\nContinue?\n");
-    EXPECT_EQ(box.owner, nullptr);
-    EXPECT_TRUE(box.hasYes);
-    EXPECT_TRUE(box.hasNo);
-    EXPECT_FALSE(box.hasCancel);
+    MessageBoxLook look;
+    EXPECT_EQ(report("Trouble", 41, IDYES, &look), 41);
+    EXPECT_EQ(look.text, "Trouble\n\nContinue?\n");
+    EXPECT_EQ(look.owner, nullptr);
+    EXPECT_TRUE(look.hasYes);
+    EXPECT_TRUE(look.hasNo);
+    EXPECT_FALSE(look.hasCancel);
 }
 
 TEST(Question, InformationIsAskedAboutToo)
 {
     for (const int number : {0, 50})
     {
-        Box box;
-        EXPECT_EQ(report("Start loading...", number, IDYES, &box), number);
-        EXPECT_EQ(box.text, "Start loading...\n\nContinue?\n");
+        MessageBoxLook look;
+        EXPECT_EQ(report("Start loading...", number, IDYES, &look), number);
+        EXPECT_EQ(look.text, "Start loading...\n\nContinue?\n");
     }
 }
 
 TEST(QuestionDeathTest, NoEndsTheProcessWithStatusZero)
 {
-    Box box;
+    MessageBoxLook look;
     EXPECT_EXIT(
         {
-            report("Trouble", 41, IDNO, &box);
+            report("Trouble", 41, IDNO, &look);
             std::_Exit(3);
         },
         testing::ExitedWithCode(0), "");

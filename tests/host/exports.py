@@ -19,6 +19,8 @@ def call_surface(library):
 
     Weak symbols come from templates of the standard library, names with an underscore in front from the linker.
     """
+    if library.endswith(".dll"):
+        return names_of_dll(library)
     listing = subprocess.run(["nm", "-DC", "--defined-only", library], check=True, capture_output=True, text=True)
     return set(re.findall(r" [TBDR] ([^_(\n].*)", listing.stdout))
 
@@ -26,6 +28,15 @@ def call_surface(library):
 def defined_names(library):
     """Names without parameters."""
     return {name.partition("(")[0] for name in call_surface(library)}
+
+
+def names_of_dll(library):
+    """The same from the export table."""
+    headers = subprocess.run(["x86_64-w64-mingw32-objdump", "-p", library], check=True, capture_output=True, text=True)
+    table = headers.stdout.split("[Ordinal/Name Pointer]")[1].split("\n\n")[0]
+    symbols = "\n".join(re.findall(r"\] (\S+)", table))
+    listing = subprocess.run(["c++filt"], input=symbols, check=True, capture_output=True, text=True)
+    return set(listing.stdout.splitlines())
 
 
 def declared_names(text):

@@ -24,10 +24,9 @@ static Mesh* makeTriangle()
 }
 
 // Draws a red triangle in front of a camera. @return 0, or the number of the step that went wrong
-int drawTriangle(int width, int height)
+int drawTriangle(VRKWindow surface)
 {
-    const VRKNativeWindow surface = {nullptr, 0, width, height};
-    if (initVornik(0, &surface) != 0)
+    if (initVornik(0, surface) != 0)
         return 1;
 
     OGroup* group = new OGroup;

@@ -8,11 +8,12 @@
 #include <string>
 #include <vector>
 
+#include "apps/vornik/surface.h"
 #include "tests/support/tempfolder.h"
 #include "tests/support/writer3ds.h"
 #include "vornik/vornik.h"
 
-int drawTriangle(int width, int height);
+int drawTriangle(VRKWindow surface);
 
 static int redAt(int x, int y)
 {
@@ -37,7 +38,8 @@ protected:
 
 TEST_F(Host, OfTheOldestLanguageDraws)
 {
-    EXPECT_EQ(drawTriangle(64, 48), 0);
+    const Surface surface(64, 48);
+    EXPECT_EQ(drawTriangle(surface.window()), 0);
     EXPECT_GT(redAt(32, 20), 200);
     EXPECT_EQ(redAt(1, 46), 0);
     EXPECT_NE(folder.readText("VRKERROR.LOG"), "");
@@ -45,8 +47,8 @@ TEST_F(Host, OfTheOldestLanguageDraws)
 
 TEST_F(Host, HoldsManyGroups)
 {
-    VRKNativeWindow surface = {nullptr, 0, 32, 32};
-    ASSERT_EQ(initVornik(0, &surface), 0);
+    const Surface surface(32, 32);
+    ASSERT_EQ(initVornik(0, surface.window()), 0);
     const std::string file = folder.write(
         "a.3ds",
         build3ds(

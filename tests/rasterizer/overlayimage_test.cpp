@@ -43,11 +43,11 @@ protected:
     // The image fades between its fields, so that only their middles are compared.
     void expectFields(int left, int bottom, int size, const Pixel (&fields)[4]) const
     {
-        const int near = size / 8, far = size - 1 - size / 8;
-        EXPECT_TRUE(pixelIs(left + near, bottom + near, fields[0], 2));
-        EXPECT_TRUE(pixelIs(left + far, bottom + near, fields[1], 2));
-        EXPECT_TRUE(pixelIs(left + near, bottom + far, fields[2], 2));
-        EXPECT_TRUE(pixelIs(left + far, bottom + far, fields[3], 2));
+        const int low = size / 8, high = size - 1 - size / 8;
+        EXPECT_TRUE(pixelIs(left + low, bottom + low, fields[0], 2));
+        EXPECT_TRUE(pixelIs(left + high, bottom + low, fields[1], 2));
+        EXPECT_TRUE(pixelIs(left + low, bottom + high, fields[2], 2));
+        EXPECT_TRUE(pixelIs(left + high, bottom + high, fields[3], 2));
     }
 
     Calls imageCalls(const std::string& middle, const Calls& turn, const std::string& paint,

@@ -6,9 +6,10 @@
 #include <limits>
 #include <memory>
 
-#include "platform/gldevice.h"
+#include "platform/glcontext.h"
 #include "tests/support/engine.h"
 #include "tests/support/glrecorder.h"
+#include "tests/support/openglfunction.h"
 #include "vornik/assets/texture.h"
 #include "vornik/rasterizer/startup.h"
 #include "vornik/rasterizer/state.h"
@@ -232,7 +233,7 @@ TEST_F(TextureTest, UploadWithoutAnImageDoesNothing)
 
 TEST_F(TextureTest, UploadWithoutAContextDoesNothing)
 {
-    releaseOffscreenContext();
+    releaseContext();
     GLRecorder gl;
     EXPECT_EQ(vrkUploadTexture(&texture, 0), 0);
     EXPECT_EQ(gl.calls(), Calls{});

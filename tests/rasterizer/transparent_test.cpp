@@ -141,13 +141,13 @@ TEST_F(TransparentStack, RangesIncludeBothEnds)
 
 TEST_F(TransparentStack, OriginCountsAndTheMatrixDoesNot)
 {
-    const auto near = makeFaces({0}), far = makeFaces({0, 0});
-    far->position = {50, 0, 0};
+    const auto here = makeFaces({0}), away = makeFaces({0, 0});
+    away->position = {50, 0, 0};
     vrkInitMatrix();
     vrkTranslate(1000, 0, 0);
-    push(near.get(), 0, 0);
+    push(here.get(), 0, 0);
     vrkInitMatrix();
-    push(far.get(), 1, 1);
+    push(away.get(), 1, 1);
     EXPECT_EQ(drawn(), (std::vector<int>{1, 0}));
 }
 

@@ -76,10 +76,13 @@ struct Uncounted
 using Blocks = std::unordered_map<void*, size_t, std::hash<void*>, std::equal_to<void*>,
                                   Uncounted<std::pair<void* const, size_t>>>;
 
-// Lives to the very end, when static objects free what they hold.
+// Lives to the very end, when static objects free what they hold. Made by hand: the guard of a local static
+// may allocate, and so come here again.
 static Blocks& blocks()
 {
-    static Blocks* all = new (__real_malloc(sizeof(Blocks))) Blocks;
+    static Blocks* all = nullptr;
+    if (!all)
+        all = new (__real_malloc(sizeof(Blocks))) Blocks;
     return *all;
 }
 

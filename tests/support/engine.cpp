@@ -69,6 +69,13 @@ static bool start(int width, int height)
     return true;
 }
 
+VRKWindow EngineTest::surface(int width, int height)
+{
+    static std::vector<std::unique_ptr<Surface>> surfaces;
+    surfaces.push_back(std::make_unique<Surface>(width, height));
+    return surfaces.back()->window();
+}
+
 EngineTest::EngineTest(int w, int h) : width(w), height(h) {}
 
 EngineTest::~EngineTest() = default;

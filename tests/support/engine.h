@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "tests/support/tempfolder.h"
+#include "vornik/platform.h"
 
 /// Channels from 0 to 255.
 struct Pixel
@@ -30,6 +31,9 @@ protected:
     ~EngineTest() override;
     void SetUp() override;
     void TearDown() override;
+
+    /// Another surface, which stays to the end of the process.
+    static VRKWindow surface(int width, int height);
 
     /// What was logged since the test began.
     std::string log() const;

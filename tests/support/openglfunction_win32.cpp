@@ -9,3 +9,8 @@ void* openGLFunction(const char* name)
     static const HMODULE glu = LoadLibraryA("glu32.dll");
     return reinterpret_cast<void*>(GetProcAddress(std::strncmp(name, "glu", 3) == 0 ? glu : openGL, name));
 }
+
+void releaseContext()
+{
+    wglMakeCurrent(nullptr, nullptr);
+}

@@ -1,4 +1,5 @@
 #include "tests/view/rooms.h"
+#include "apps/vornik/surface.h"
 
 #include <algorithm>
 #include <cmath>
@@ -37,9 +38,10 @@ StageTest::StageTest()
     // Once for all tests: a context can't be had twice as cheaply.
     static const bool started = []
     {
-        const VRKNativeWindow surface = {nullptr, 0, 64, 64};
+        static const Surface surface(64, 64);
         vrkInitErrorLog(3);
-        return vrkSelectRasterizer(0) == 0 && vrkInitViewport(&surface, 32, 0, 24, false, 0, true) == 0;
+        return vrkSelectRasterizer(0) == 0 &&
+               vrkInitViewport(surface.window(), 32, 0, 24, false, 0, true) == 0;
     }();
     EXPECT_TRUE(started);
 }

@@ -1,3 +1,5 @@
+// Contexts on off-screen surfaces.
+
 #include "platform/glcontext.h"
 
 #include <EGL/egl.h>

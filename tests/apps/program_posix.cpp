@@ -1,0 +1,87 @@
+// Runs the program by the shell, or on a terminal of its own.
+
+#include "tests/apps/program.h"
+
+#include <cstdlib>
+#include <pty.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+static std::string quoted(const std::string& text)
+{
+    std::string result = "'";
+    for (const char c : text)
+        result += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return result + "'";
+}
+
+std::string commandLine(const std::string& folder, const std::vector<std::string>& arguments)
+{
+    std::string command = "cd " + quoted(folder) + " && ";
+    // The leak checker misreads the thread-local blocks of libraries where they lie at certain addresses.
+    if (!std::getenv("ASAN_OPTIONS"))
+        command += "ASAN_OPTIONS=intercept_tls_get_addr=0 ";
+    // The graphics driver keeps memory to the end of the process.
+    if (!std::getenv("LSAN_OPTIONS"))
+        command +=
+            "LSAN_OPTIONS=" + quoted("suppressions=" VORNIK_SUPPRESSIONS ":print_suppressions=0") + " ";
+    command += quoted(VORNIK_PROGRAM);
+    for (const std::string& argument : arguments)
+        command += " " + quoted(argument);
+    return command;
+}
+
+RunResult ProgramTest::run(const std::vector<std::string>& arguments, const std::string& input) const
+{
+    const TempFolder streams;
+    const std::string command = commandLine(folder.root(), arguments) + " < " +
+                                quoted(streams.write("in", input)) + " > " + quoted(streams.path("out")) +
+                                " 2> " + quoted(streams.path("err"));
+    const int status = std::system(command.c_str());
+    RunResult result;
+    result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    result.out = streams.read("out");
+    result.err = streams.read("err");
+    return result;
+}
+
+static bool promptWaits(const std::string& shown)
+{
+    return shown.size() >= 2 && shown.compare(shown.size() - 2, 2, "> ") == 0;
+}
+
+std::string ProgramTest::runOnTerminal(const std::vector<std::string>& arguments,
+                                       const std::vector<std::string>& keys) const
+{
+    const std::string command = "export TERM=xterm; " + commandLine(folder.root(), arguments);
+    int terminal = -1;
+    const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
+    if (child == 0)
+    {
+        execl("/bin/sh", "sh", "-c", command.c_str(), static_cast<char*>(nullptr));
+        _exit(127);
+    }
+    std::string shown;
+    size_t pressed = 0;
+    char buffer[4096];
+    ssize_t got;
+    while (child > 0 && (got = read(terminal, buffer, sizeof buffer)) > 0)
+    {
+        shown.append(buffer, static_cast<size_t>(got));
+        if (pressed < keys.size() && promptWaits(shown))
+        {
+            const std::string& key = keys[pressed++];
+            if (::write(terminal, key.data(), key.size()) < 0)
+                break;
+        }
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    close(terminal);
+    return shown;
+}
+
+bool ProgramTest::hasTerminals()
+{
+    return true;
+}

@@ -1,0 +1,8 @@
+#include "tests/console/germanlocale.h"
+
+#include <clocale>
+
+bool setGermanLocale(const std::string& /*folder*/)
+{
+    return std::setlocale(LC_ALL, "German_Germany") != nullptr;
+}

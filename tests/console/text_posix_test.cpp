@@ -1,0 +1,81 @@
+// Numbers as text, beside the C library. That of Windows reads fewer forms and has no sign of NaN.
+
+#include "console/text.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <random>
+
+TEST(ConsoleText, NumbersAreReadAsTheLibraryReadsThem)
+{
+    for (const char* text : {"",
+                             " ",
+                             "5",
+                             "-5",
+                             "+5",
+                             "2.5",
+                             "-.5",
+                             "5.",
+                             ".",
+                             "1E3",
+                             "1e-3",
+                             "1E",
+                             "1E+",
+                             "abc",
+                             "12abc",
+                             "--5",
+                             "+-5",
+                             "- 5",
+                             "\t 7",
+                             "0x10",
+                             "0X",
+                             "0XG",
+                             "-0x1.8p2",
+                             "1,5",
+                             "1.5.5",
+                             "INF",
+                             "-inf",
+                             "0x-5",
+                             "1E400",
+                             "-1E400",
+                             "1E-400",
+                             "-1E-400",
+                             "0",
+                             "-0",
+                             "00012",
+                             "INFINITY",
+                             "1E999999999999",
+                             "1E-999999999999",
+                             "0x1p-99999",
+                             "0xEp99999",
+                             "0X1EP-99999"})
+    {
+        const double expected = std::atof(text);
+        const double value = numberFrom(text);
+        EXPECT_EQ(value, expected) << text;
+        EXPECT_EQ(std::signbit(value), std::signbit(expected)) << text;
+    }
+    EXPECT_TRUE(std::isnan(numberFrom("NAN")));
+}
+
+TEST(ConsoleText, DecimalsArePrintedAsTheLibraryPrintsThem)
+{
+    std::mt19937 random(1);
+    for (int i = 0; i < 2000; ++i)
+    {
+        const uint32_t bits = static_cast<uint32_t>(random());
+        float value;
+        static_assert(sizeof value == sizeof bits);
+        __builtin_memcpy(&value, &bits, sizeof value);
+        char expected[128];
+        std::snprintf(expected, sizeof expected, "%f", static_cast<double>(value));
+        EXPECT_EQ(decimal(value), expected);
+    }
+    EXPECT_EQ(decimal(-1.0f), "-1.000000");
+    EXPECT_EQ(decimal(0.0f), "0.000000");
+    EXPECT_EQ(decimal(INFINITY), "inf");
+}

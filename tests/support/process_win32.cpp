@@ -1,0 +1,53 @@
+#include "tests/support/process_win32.h"
+
+#include <windows.h>
+
+// As the C library of the other program takes it apart again.
+static std::string quoted(const std::string& argument)
+{
+    std::string result = "\"";
+    size_t backslashes = 0;
+    for (const char c : argument)
+    {
+        if (c == '"')
+            result += std::string(backslashes + 1, '\\'); // doubled before a quote, and one for the quote
+        backslashes = c == '\\' ? backslashes + 1 : 0;
+        result += c;
+    }
+    return result + std::string(backslashes, '\\') + "\"";
+}
+
+static HANDLE openStream(const std::string& path, bool write)
+{
+    SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
+    return CreateFileA(path.c_str(), write ? GENERIC_WRITE : GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                       &inherited, write ? CREATE_ALWAYS : OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+}
+
+int runProcess(const std::vector<std::string>& command, const std::string& folder, const std::string& input,
+               const std::string& output, const std::string& error)
+{
+    std::string line;
+    for (const std::string& argument : command)
+        line += (line.empty() ? "" : " ") + quoted(argument);
+
+    STARTUPINFOA start = {};
+    start.cb = sizeof start;
+    start.dwFlags = STARTF_USESTDHANDLES;
+    start.hStdInput = openStream(input, false);
+    start.hStdOutput = openStream(output, true);
+    start.hStdError = openStream(error, true);
+    PROCESS_INFORMATION process = {};
+    DWORD status = static_cast<DWORD>(-1);
+    if (CreateProcessA(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, folder.c_str(), &start,
+                       &process))
+    {
+        WaitForSingleObject(process.hProcess, INFINITE);
+        GetExitCodeProcess(process.hProcess, &status);
+        CloseHandle(process.hThread);
+        CloseHandle(process.hProcess);
+    }
+    for (const HANDLE stream : {start.hStdInput, start.hStdOutput, start.hStdError})
+        CloseHandle(stream);
+    return static_cast<int>(status);
+}

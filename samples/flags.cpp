@@ -10,6 +10,7 @@
 #include <GL/gl.h>
 
 #include "apps/vornik/imagefile.h"
+#include "apps/vornik/surface.h"
 #include "vornik/vornik.h"
 
 enum
@@ -101,8 +102,8 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "usage: make_flags SCENE.3DS FOLDER_OF_IMAGES FOLDER_OF_PICTURES\n");
         return 2;
     }
-    const VRKNativeWindow surface = {nullptr, 0, width * samples, height * samples};
-    if (initVornik(0, &surface) != 0)
+    const Surface surface(width * samples, height * samples);
+    if (initVornik(0, surface.window()) != 0)
         return 1;
     Scene scene;
     OGroup* group = load(&scene, argv[1], argv[2]);

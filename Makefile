@@ -27,6 +27,7 @@ setup:
 	@scripts/setup
 
 build: setup
+	@[ $(PRESET) != windows ] || scripts/windows-deps
 	@cmake --preset $(PRESET) > build-$(PRESET).log 2>&1 || (cat build-$(PRESET).log; exit 1)
 	@cmake --build build/$(PRESET) -j $(JOBS)
 

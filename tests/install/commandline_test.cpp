@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
-#include <regex>
 #include <set>
 #include <string>
 #include <vector>
@@ -36,14 +36,24 @@ static std::vector<std::string> entries(const std::string& text, const std::stri
     return found;
 }
 
-// "-o,--output" gives both.
+// Option names of a text: "-o,--output FILE" gives two.
+static Names optionsIn(const std::string& text)
+{
+    const std::string letters = "abcdefghijklmnopqrstuvwxyz0123456789-";
+    Names names;
+    for (size_t at = text.find('-'), end; at != std::string::npos; at = text.find('-', end))
+    {
+        end = std::min(text.find_first_not_of(letters, at), text.size());
+        names.insert(text.substr(at, end - at));
+    }
+    return names;
+}
+
 static Names helpOptions(const std::string& command)
 {
-    static const std::regex name("--?[a-z][a-z0-9-]*");
     Names names;
     for (const std::string& entry : entries(help(command), "Options:"))
-        for (std::sregex_iterator at(entry.begin(), entry.end(), name); at != std::sregex_iterator(); ++at)
-            names.insert(at->str());
+        names.merge(optionsIn(entry));
     return names;
 }
 
@@ -68,22 +78,30 @@ static std::string manual()
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
+static std::string withPlainHyphens(std::string line)
+{
+    for (size_t at; (at = line.find("\\-")) != std::string::npos;)
+        line.erase(at, 1);
+    return line;
+}
+
 // Options that stand in the sections whose headings name the command: ".SS Light (render, view, bake)".
 static Names manualOptions(const std::string& command)
 {
-    static const std::regex name(R"((\\-){1,2}[a-z]([a-z0-9]|\\-)*)");
     Names names = {"-h", "--help"}; // told once for all
     bool inside = false;
     for (const std::string& line : linesOf(manual()))
     {
         if (line.rfind(".SS ", 0) == 0 || line.rfind(".SH ", 0) == 0)
         {
-            const std::string list = line.substr(std::min(line.find('('), line.size()));
-            inside = std::regex_search(list, std::regex("[(,] ?" + command + "[,)]"));
+            std::string named = line.substr(std::min(line.find('('), line.size()));
+            std::replace(named.begin(), named.end(), '(', ',');
+            std::replace(named.begin(), named.end(), ')', ',');
+            inside = named.find(',' + command + ',') != std::string::npos ||
+                     named.find(", " + command + ',') != std::string::npos;
         }
         else if (inside && line.rfind(".B", 0) == 0)
-            for (std::sregex_iterator at(line.begin(), line.end(), name); at != std::sregex_iterator(); ++at)
-                names.insert(std::regex_replace(at->str(), std::regex(R"(\\-)"), "-"));
+            names.merge(optionsIn(withPlainHyphens(line)));
     }
     return names;
 }

@@ -51,5 +51,7 @@ if(VORNIK_APPS)
         install(FILES docs/man/vornik.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
         install(FILES apps/vornik/completion/vornik.bash
                 DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tools RENAME vornik)
+        install(FILES apps/vornik/completion/vornik.fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d
+                COMPONENT tools)
     endif()
 endif()

@@ -169,6 +169,36 @@ TEST(Completion, OffersTheOptionsOfEachCommand)
         EXPECT_EQ(offered("vornik " + command + " -"), helpOptions(command)) << command;
 }
 
+// What fish offers, without the descriptions behind.
+static Names offeredByFish(const std::string& line, const std::string& folder = "/")
+{
+    const ShellResult result = shell(folder, "HOME=/nonexistent fish --no-config -c 'source $argv[1]; "
+                                             "complete -C $argv[2]' '" VORNIK_COMPLETION_FISH "' '" +
+                                                 line + "' 2> /dev/null | cut -f 1");
+    EXPECT_EQ(result.status, 0) << result.out;
+    return wordsOf(result.out);
+}
+
+TEST(Completion, OffersTheSameUnderFish)
+{
+    if (shell("/", "command -v fish").status != 0)
+        GTEST_SKIP() << "no fish";
+    EXPECT_EQ(offeredByFish("vornik -"), helpOptions(""));
+    for (const std::string& command : commands())
+    {
+        EXPECT_EQ(offeredByFish("vornik " + command + " -"), helpOptions(command)) << command;
+        const size_t verb = command.find(' ');
+        const std::string above = verb == std::string::npos ? "" : command.substr(0, verb + 1);
+        EXPECT_EQ(offeredByFish("vornik " + above).count(command.substr(above.size())), 1u) << command;
+    }
+    const TempFolder folder;
+    for (const char* name : {"scene.3ds", "data.pak"})
+        folder.write(name, std::string("x"));
+    EXPECT_EQ(offeredByFish("vornik render sc", folder.root()), Names{"scene.3ds"});
+    EXPECT_EQ(offeredByFish("vornik render --pack da", folder.root()), Names{"data.pak"});
+    EXPECT_EQ(offeredByFish("vornik render --up "), (Names{"x", "y", "z"}));
+}
+
 TEST(Completion, OffersFilesThatFit)
 {
     const TempFolder folder;

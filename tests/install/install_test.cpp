@@ -106,6 +106,7 @@ TEST_F(Install, BringsLicenceManualAndCompletion)
     EXPECT_TRUE(fs::exists(prefix() + "/share/doc/vornik/LICENSE"));
     EXPECT_TRUE(fs::exists(prefix() + "/share/man/man1/vornik.1"));
     EXPECT_TRUE(fs::exists(prefix() + "/share/bash-completion/completions/vornik"));
+    EXPECT_TRUE(fs::exists(prefix() + "/share/fish/vendor_completions.d/vornik.fish"));
 }
 
 TEST_F(Install, ServesAHostByCMake)

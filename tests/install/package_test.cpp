@@ -94,7 +94,8 @@ TEST_F(Package, OfTheToolsHoldsToolManualAndCompletion)
 {
     EXPECT_EQ(content("vornik-tools"),
               withPapers("vornik-tools", {"usr/bin/vornik", "usr/share/man/man1/vornik.1.gz",
-                                          "usr/share/bash-completion/completions/vornik"}));
+                                          "usr/share/bash-completion/completions/vornik",
+                                          "usr/share/fish/vendor_completions.d/vornik.fish"}));
 }
 
 TEST_F(Package, ForDevelopmentHoldsHeadersAndWhatFindsThem)

@@ -12,6 +12,7 @@
 #define VRK_API __declspec(dllimport)
 #endif
 #else
+/// Marks what the shared library exports.
 #define VRK_API __attribute__((visibility("default")))
 #endif
 

@@ -27,10 +27,10 @@ struct VRKNativeWindow
 struct VRKDeviceContextRecord;
 struct VRKRenderingContextRecord;
 struct VRKPaletteRecord;
-typedef const VRKNativeWindow* VRKWindow; ///< read during start-up only; the host keeps it
-typedef VRKDeviceContextRecord* VRKDeviceContext;
-typedef VRKRenderingContextRecord* VRKRenderingContext;
-typedef VRKPaletteRecord* VRKPalette;
+typedef const VRKNativeWindow* VRKWindow;               ///< read during start-up only; the host keeps it
+typedef VRKDeviceContextRecord* VRKDeviceContext;       ///< the platform's own record, null until the start
+typedef VRKRenderingContextRecord* VRKRenderingContext; ///< the same
+typedef VRKPaletteRecord* VRKPalette;                   ///< null off Windows
 
 #endif
 

@@ -21,6 +21,7 @@ struct Key
     float tangentIn[4], tangentOut[4]; ///< filled by VRKPath::calcTans
 };
 
+/// What a track holds.
 enum VRKTrackKind
 {
     VRK_TRACK_POSITION = 0,

@@ -28,6 +28,7 @@ struct VRKInfo
     char text[1024]; ///< lines that end in a line feed
 };
 
+/// The log; change it by vrkInitErrorLog.
 extern VRK_API VRKError vrkError;
 
 /// Reports go to a file, which is opened for appending at each report and never truncated.

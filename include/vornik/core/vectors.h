@@ -192,7 +192,9 @@ struct Viewport
     VRK_API void calcAspect();
 };
 
+/// By component.
 VRK_API void vrkSetVertex2D(Vertex2D* v, float x, float y);
+/// By component.
 VRK_API void vrkSetVertex3D(Vertex3D* v, float x, float y, float z);
 /// Takes w first, although it is the last field.
 VRK_API void vrkSetVertex4D(Vertex4D* v, float w, float x, float y, float z);
@@ -208,12 +210,18 @@ VRK_API float vrkDotVectors(const Vertex3D* a, const Vertex3D* b);
 /// out = a x b; out must be neither a nor b.
 VRK_API void crossProd(const Vertex3D* a, const Vertex3D* b, Vertex3D* out);
 
+/// Degrees to radians.
 VRK_API float vrkRad(float degrees);
+/// Radians to degrees.
 VRK_API float vrkUnRad(float radians);
+/// The sine of an angle in degrees.
 VRK_API float vrkDSin(float degrees);
+/// The cosine of an angle in degrees.
 VRK_API float vrkDCos(float degrees);
 
+/// The length of b - a.
 VRK_API float vrkDistance(const Vertex3D* a, const Vertex3D* b);
+/// The same in a plane.
 VRK_API float vrkDistance(const Vertex2D* a, const Vertex2D* b);
 /// The squared distance: a key for comparisons, without the root.
 VRK_API float vrkFakeDistance(const Vertex3D* a, const Vertex3D* b);

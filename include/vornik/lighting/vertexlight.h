@@ -3,6 +3,7 @@
 
 // Flags of the lighting operations of OGroup and Scene.
 
+/// For OGroup::calcDynamicLight and its kin.
 enum VRKLightFlag
 {
     VRK_LIGHT_CLEAR = 1,             ///< start from black, or in a group from self-illumination

@@ -12,8 +12,9 @@ VRK_API int vrkSetFog(Color c, float start, float end);
 VRK_API int vrkSetFog(Color c, float density);
 /// The density alone, with the same effect on the fog start.
 VRK_API void vrkSetFogDensity(float density);
+/// Of linear fog, world units from the eye.
 VRK_API void vrkSetFogStart(float value);
-/// On Direct3D this sets the start.
+/// Of linear fog. On Direct3D this sets the start.
 VRK_API void vrkSetFogEnd(float value);
 
 #endif

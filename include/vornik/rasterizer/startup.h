@@ -79,6 +79,7 @@ VRK_API int initVornik(int rasterizer, VRKWindow window);
 /// Chooses the rasterizer and fills vrkConvertCapTableOGL. The number is stored whatever it is.
 /// @return 0, or -1 if rasterizer 1 can't be created
 VRK_API int vrkSelectRasterizer(int rasterizer);
+/// vrkSelectedRasterizer.
 VRK_API int vrkGetRasterizer();
 
 /// Creates the surface and the context and sets vrkViewport. @return 0, 41 or 53, logged
@@ -92,10 +93,13 @@ VRK_API void initOpenGL();
 /// Releases rasterizer 1. On OpenGL context and drawable stay.
 VRK_API void vrkUnInit3D();
 
+/// Declares the frame rate, by which glow sprites fade. Nothing is measured or held back.
 VRK_API void vrkSetFPS(int framesPerSecond);
+/// vrkFPS.
 VRK_API int vrkGetFPS();
 /// @param gamma  above 0 and at most 2; anything else is ignored
 VRK_API void vrkSetGamma(float gamma);
+/// vrkGamma.
 VRK_API float vrkGetGamma();
 
 /// Clears colour and depth.

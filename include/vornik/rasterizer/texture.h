@@ -14,6 +14,7 @@ VRK_API bool vrkTextureUploaded(int name);
 /// @return 0. Direct3D keeps the image until it goes down.
 VRK_API int vrkDeleteTexture(unsigned int name);
 
+/// vrkCurrentMipMapType.
 VRK_API int vrkGetMipMapType();
 /// Acts on later uploads. @param type  35 blends between mip levels; anything else takes the nearest
 VRK_API void vrkSetMipMapType(int type);

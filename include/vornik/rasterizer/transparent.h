@@ -29,6 +29,7 @@ struct TransparentPlane
 /// Makes an empty stack. The host calls it once after start-up.
 /// @param capacity  transparent faces of a frame. A frame that has more makes room for them, once
 VRK_API void vrkInitTransparentPlaneStack(int capacity);
+/// Releases the stack and what waits on it.
 VRK_API void vrkUnInitTransparentPlaneStack();
 
 /// Pushes the faces first to last under the current model-view matrix. Without a stack nothing is kept.

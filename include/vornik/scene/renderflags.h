@@ -4,6 +4,7 @@
 // The render flag word: which passes run and how surfaces are drawn. It goes from Scene::render down to
 // Mesh::render; bits that aren't listed have no effect.
 
+/// For Scene::render and what it calls; docs/render-flags.md shows each.
 enum VRKRenderFlag
 {
     VRK_RENDER_WIRE = 0x1,                ///< edges instead of surfaces; no reflections

@@ -122,10 +122,12 @@ private:
 VRK_API int polygonContainsPoint(const Vertex3D* triangle, const Vertex3D* normal, const Vertex3D* point);
 /// Against the cube from -0.5 to 0.5.
 VRK_API bool segmentIntersectsCube(const Vertex3D* p, const Vertex3D* q);
+/// The same for a triangle. @param normal  its own, of any length
 VRK_API bool polygonIntersectsCube(const Vertex3D* triangle, const Vertex3D* normal);
 /// Against a cube, taken one per cent wider, of the width that the box has along x. False for one without
 /// width.
 VRK_API bool triangleIntersectsBox(const Vertex3D* triangle, const Vertex3D* min, const Vertex3D* max);
+/// The same for a segment.
 VRK_API bool segmentIntersectsBox(const Vertex3D* a, const Vertex3D* b, const Vertex3D* min,
                                   const Vertex3D* max);
 

@@ -1,87 +1,25 @@
 // Loading of .3DS files with all passes but images: chunks, materials, smoothing, normals, face order, edges.
 //
-// The scenes are hilly ground in tiles of 1,000 triangles, with texture coordinates, four smoothing groups a
-// tile and 50 materials; the last benchmark has its triangles in one mesh instead. Loading is to grow with
-// the file and no faster: the program ends with the ratio between the best and the worst rate of the scenes,
-// and fails if it is above 2.
+// The scenes are hilly ground in tiles of 1,000 triangles (tilefile.h); the last benchmark has its triangles
+// in one mesh instead. Loading is to grow with the file and no faster: the program ends with the ratio
+// between the best and the worst rate of the scenes, and fails if it is above 2.
 
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <cstdio>
 #include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "bench/tilefile.h"
 #include "tests/support/tempfolder.h"
-#include "tests/support/writer3ds.h"
 #include "vornik/assets/load3ds.h"
 #include "vornik/core/errorlog.h"
 #include "vornik/rasterizer/startup.h"
 #include "vornik/scene/ogroup.h"
-
-static const int materialCount = 50;
-
-static Vertex3D hill(float x, float y)
-{
-    return {x, y, 6.0f * std::sin(x * 0.11f) * std::cos(y * 0.07f) + std::sin(x * 0.7f + y)};
-}
-
-// A tile of 2 * columns * rows triangles whose lower left corner is at x, y.
-static Mesh3ds makeTile(int number, int columns, int rows, float x, float y)
-{
-    Mesh3ds tile;
-    tile.name = "tile" + std::to_string(number);
-    for (int j = 0; j <= rows; j++)
-        for (int i = 0; i <= columns; i++)
-        {
-            tile.vertices.push_back(hill(x + float(i), y + float(j)));
-            tile.textureCoords.push_back({float(i), float(j)});
-        }
-
-    std::vector<MaterialGroup3ds> groups(4);
-    for (int j = 0; j < rows; j++)
-        for (int i = 0; i < columns; i++)
-        {
-            const auto a = uint16_t(j * (columns + 1) + i);
-            const auto c = uint16_t(a + columns + 1);
-            const size_t quarter = size_t(2 * (2 * j / rows) + 2 * i / columns);
-            for (const Face3ds& face :
-                 {Face3ds{a, uint16_t(a + 1), c}, Face3ds{uint16_t(a + 1), uint16_t(c + 1), c}})
-            {
-                groups[size_t(i + j) % 4].faces.push_back(uint16_t(tile.faces.size()));
-                tile.faces.push_back(face);
-                tile.smoothing.push_back(1u << quarter);
-            }
-        }
-    for (size_t g = 0; g < groups.size(); g++)
-    {
-        groups[g].material = "material" + std::to_string((size_t(number) * 4 + g) % materialCount);
-        tile.groups.push_back(groups[g]);
-    }
-    return tile;
-}
-
-static Scene3ds makeScene()
-{
-    Scene3ds scene;
-    for (int i = 0; i < materialCount; i++)
-    {
-        const Color3ds color = {float(i) / materialCount, 0.5f, 0.25f};
-        scene.materials.push_back({.name = "material" + std::to_string(i),
-                                   .ambient = {color},
-                                   .diffuse = {color},
-                                   .specular = {color},
-                                   .transparency = Percent3ds{0}});
-    }
-    for (int i = 0; i < 4; i++)
-        scene.lights.push_back({.name = "light" + std::to_string(i), .color = {{1, 1, 1, COLOR_3DS_FLOAT}}});
-    scene.cameras.push_back({.name = "camera"});
-    return scene;
-}
 
 namespace
 {
@@ -97,7 +35,7 @@ struct Sample
 
     Sample(int wanted, bool oneMesh) : triangles(wanted)
     {
-        Scene3ds scene = makeScene();
+        Scene3ds scene = makeTileScene();
         if (oneMesh)
             scene.meshes.push_back(makeTile(0, 25, wanted / 50, 0, 0));
         else

@@ -100,28 +100,44 @@ void Mesh::calcNormals()
         whileMemoryLasts([&] { averageNormals(this); });
 }
 
+// Vertex3D::normalize in place: seven a face are worth it.
+static void normalizeInline(Vertex3D* v)
+{
+    const float length = *v;
+    if (length == 0.0f)
+        *v = {0.0f, 0.0f, 0.0f};
+    else
+        *v /= length;
+}
+
+static void computeEdgeNormals(const Vertex3D& a, const Vertex3D& b, const Vertex3D& c, EdgeNormal* result)
+{
+    Vertex3D normal = (c - b) ^ (a - b);
+    normalizeInline(&normal);
+    result->edgeNormal[0] = (b - a) ^ normal;
+    result->edgeNormal[1] = (c - b) ^ normal;
+    result->edgeNormal[2] = (a - c) ^ normal;
+    for (Vertex3D& edge : result->edgeNormal)
+        normalizeInline(&edge);
+    for (int corner = 0; corner < 3; ++corner)
+    {
+        result->cornerNormal[corner] = result->edgeNormal[corner] + result->edgeNormal[(corner + 1) % 3];
+        normalizeInline(&result->cornerNormal[corner]);
+    }
+}
+
 void Mesh::calcEdgeNormals()
 {
-    if (!faces || !edgeNormals || !calculatedVertices)
+    if (!faces || !edgeNormals || !calculatedVertices || faceCount <= 0)
         return;
-    for (int i = 0; i < faceCount; ++i)
+    const double* matrix = currentWorldMatrix();
+    const auto corner = [&](uint16_t vertex)
     {
-        const Vertex3D a = calculatedVertex(faces[i].a);
-        const Vertex3D b = calculatedVertex(faces[i].b);
-        const Vertex3D c = calculatedVertex(faces[i].c);
-        const Vertex3D normal = calcNormal(&a, &b, &c);
-        EdgeNormal& result = edgeNormals[i];
-        result.edgeNormal[0] = (b - a) ^ normal;
-        result.edgeNormal[1] = (c - b) ^ normal;
-        result.edgeNormal[2] = (a - c) ^ normal;
-        for (Vertex3D& edge : result.edgeNormal)
-            edge.normalize();
-        for (int corner = 0; corner < 3; ++corner)
-        {
-            result.cornerNormal[corner] = result.edgeNormal[corner] + result.edgeNormal[(corner + 1) % 3];
-            result.cornerNormal[corner].normalize();
-        }
-    }
+        return vertex < vertexCount ? transformPoint(matrix, calculatedVertices[vertex])
+                                    : Vertex3D{0.0f, 0.0f, 0.0f};
+    };
+    for (int i = 0; i < faceCount; ++i)
+        computeEdgeNormals(corner(faces[i].a), corner(faces[i].b), corner(faces[i].c), &edgeNormals[i]);
 }
 
 void Mesh::calcRadius()

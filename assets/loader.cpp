@@ -33,12 +33,17 @@ static void noteEnd(Loader& loader)
         loader.atEnd = true;
 }
 
-// Little-endian, whatever the machine is. A value that straddles the end takes the rest from the padding.
-static uint32_t take(Loader& loader, int width)
+// Little-endian, whatever the machine is. A value that straddles the end takes the rest from the padding. The
+// width is known to the compiler, which makes one read of it.
+template <int width>
+static uint32_t take(Loader& loader)
 {
-    uint32_t value = 0;
-    for (int i = 0; i < width; i++)
-        value |= static_cast<uint32_t>(loader.current[i]) << (8 * i);
+    const uint8_t* bytes = loader.current;
+    uint32_t value = bytes[0];
+    if constexpr (width > 1)
+        value |= static_cast<uint32_t>(bytes[1]) << 8;
+    if constexpr (width > 2)
+        value |= static_cast<uint32_t>(bytes[2]) << 16 | static_cast<uint32_t>(bytes[3]) << 24;
     loader.current += width;
     noteEnd(loader);
     return value;
@@ -48,7 +53,7 @@ float Loader::getFloat()
 {
     if (atEnd)
         return -1.0f;
-    const uint32_t bits = take(*this, 4);
+    const uint32_t bits = take<4>(*this);
     float value;
     memcpy(&value, &bits, sizeof(value));
     return value;
@@ -56,17 +61,17 @@ float Loader::getFloat()
 
 int Loader::getInt()
 {
-    return atEnd ? 0 : static_cast<int32_t>(take(*this, 4));
+    return atEnd ? 0 : static_cast<int32_t>(take<4>(*this));
 }
 
 short Loader::getShort()
 {
-    return atEnd ? 0 : static_cast<int16_t>(take(*this, 2));
+    return atEnd ? 0 : static_cast<int16_t>(take<2>(*this));
 }
 
 char Loader::getChar()
 {
-    return atEnd ? 0 : static_cast<char>(static_cast<int8_t>(take(*this, 1)));
+    return atEnd ? 0 : static_cast<char>(static_cast<int8_t>(take<1>(*this)));
 }
 
 // Bytes of the text at the cursor without its terminator, and with what ends it.
@@ -103,8 +108,8 @@ void Loader::getChunkID()
     if (atEnd)
         return;
     chunkStart = current;
-    chunkID = static_cast<uint16_t>(take(*this, 2));
-    chunkLength = atEnd ? 0 : take(*this, 4);
+    chunkID = static_cast<uint16_t>(take<2>(*this));
+    chunkLength = atEnd ? 0 : take<4>(*this);
 }
 
 bool Loader::checkFormat()

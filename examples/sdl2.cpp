@@ -107,7 +107,7 @@ int main(int argc, char** argv)
     }
     Scene scene;
     OGroup* group =
-        initVornik(0, &native) == 0 ? loadScene(&scene, argv[1], argc > 2 ? argv[2] : "") : nullptr;
+        initVornik(0, &native) == 0 ? loadScene(&scene, argv[1], argc > 2 ? argv[2] : ".") : nullptr;
     if (!group)
     {
         std::fprintf(stderr, "%s: see VRKERROR.LOG\n", argv[1]);

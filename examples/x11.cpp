@@ -117,7 +117,7 @@ int main(int argc, char** argv)
     const VRKNativeWindow native = {display, window, 0, 0};
     Scene scene;
     OGroup* group =
-        initVornik(0, &native) == 0 ? loadScene(&scene, argv[1], argc > 2 ? argv[2] : "") : nullptr;
+        initVornik(0, &native) == 0 ? loadScene(&scene, argv[1], argc > 2 ? argv[2] : ".") : nullptr;
     if (!group)
     {
         std::fprintf(stderr, "%s: see VRKERROR.LOG\n", argv[1]);

@@ -5,12 +5,15 @@
 #include <limits.h>
 #include <string.h>
 
+#include <algorithm>
 #include <memory>
+#include <unordered_map>
 
 #include "assets/chunkwalk.h"
 #include "assets/loadkeyframes.h"
 #include "assets/loadmaterials.h"
 #include "assets/loadnodes.h"
+#include "assets/objectnames.h"
 #include "assets/packread.h"
 #include "core/memorylasts.h"
 #include "platform/file.h"
@@ -174,15 +177,34 @@ static void meshPass(OGroup* group, int flags, Progress progress)
     }
 }
 
-// Objects without a node have parent number 0, which the first object without a node answers to.
+// Calls visit for every object of a group, in the order in which the group is searched.
+template <class Visit>
+static void forEachObject(OGroup* group, Visit visit)
+{
+    std::for_each(group->meshes, group->meshes + group->meshCount, visit);
+    std::for_each(group->lights, group->lights + group->lightCount, visit);
+    std::for_each(group->cameras, group->cameras + group->cameraCount, visit);
+}
+
+// Objects without a node have parent number 0, which the first object without a node answers to. -1 is
+// nobody's number.
 static void hierarchyPass(OGroup* group)
 {
-    for (int i = 0; i < group->meshCount; i++)
-        group->meshes[i]->parent = group->findObject(group->meshes[i]->parentId);
-    for (int i = 0; i < group->lightCount; i++)
-        group->lights[i]->parent = group->findObject(group->lights[i]->parentId);
-    for (int i = 0; i < group->cameraCount; i++)
-        group->cameras[i]->parent = group->findObject(group->cameras[i]->parentId);
+    std::unordered_map<int, Object*> byNumber = {{-1, nullptr}};
+    forEachObject(group,
+                  [&](Object* object)
+                  {
+                      if (object)
+                          byNumber.emplace(object->objectId, object);
+                  });
+    forEachObject(group,
+                  [&](Object* object)
+                  {
+                      if (!object)
+                          return;
+                      const auto found = byNumber.find(object->parentId);
+                      object->parent = found == byNumber.end() ? nullptr : found->second;
+                  });
 }
 
 static void runPasses(OGroup* group, int flags, Progress progress, const char* packName)
@@ -199,7 +221,7 @@ static void runPasses(OGroup* group, int flags, Progress progress, const char* p
     if (places)
         whileMemoryLasts(finishNodes);
     if (flags & LOAD_KEYFRAMES && !loaderTolerant)
-        hierarchyPass(group);
+        whileMemoryLasts([group] { hierarchyPass(group); });
     report(progress, 0.95f);
     if (flags & LOAD_KEYFRAMES && keyframesRead)
         group->animated = 1;
@@ -259,8 +281,10 @@ static void readChunks(OGroup* group, int flags, int size, Progress progress)
         [&]
         {
             beginNodes(group, loaderPaths);
+            beginObjectNames(group);
             walkChunks(group, flags, size, progress);
         });
+    endObjectNames();
     endMaterials();
 }
 

@@ -18,8 +18,8 @@
 
 enum
 {
-    mostNodes = 8192,            // a group holds fewer objects, and cameras have two nodes each
-    mostCopiedVertices = 1 << 21 // of all instances together
+    mostNodes = 8192,    // a group holds fewer objects, and cameras have two nodes each
+    mostCopies = 1 << 21 // vertices and faces, each, of all instances together
 };
 
 static OGroup* group = nullptr;
@@ -28,7 +28,7 @@ static int firstMesh = 0; // of this load
 static std::deque<LoadedNode> nodes;
 static std::unordered_map<const Mesh*, std::array<float, 12>> meshAxes;
 static std::unordered_set<const Object*> taken; // have a node
-static int copiedVertices = 0;
+static int copiedVertices = 0, copiedFaces = 0;
 
 void beginNodes(OGroup* target, PathList* list)
 {
@@ -45,7 +45,7 @@ void endNodes()
     nodes.clear();
     meshAxes.clear();
     taken.clear();
-    copiedVertices = 0;
+    copiedVertices = copiedFaces = 0;
 }
 
 bool hasNodes()
@@ -110,9 +110,10 @@ static Mesh* makeDummy(const char* name)
 // A further node of a mesh draws a copy of it.
 static Mesh* makeInstance(Mesh* mesh)
 {
-    if (mesh->vertexCount > mostCopiedVertices - copiedVertices)
+    if (mesh->vertexCount > mostCopies - copiedVertices || mesh->faceCount > mostCopies - copiedFaces)
         return makeDummy(mesh->name);
     copiedVertices += mesh->vertexCount;
+    copiedFaces += mesh->faceCount;
     Mesh* copy = static_cast<Mesh*>(mesh->copyObject());
     if (copy->smoothingGroups && mesh->smoothingGroups)
         std::copy_n(mesh->smoothingGroups, mesh->faceCount, copy->smoothingGroups);

@@ -10,6 +10,7 @@
 #include "assets/chunkwalk.h"
 #include "assets/loadkeyframes.h"
 #include "assets/loadnodes.h"
+#include "assets/objectnames.h"
 #include "assets/readvector.h"
 #include "vornik/animation/path.h"
 #include "vornik/assets/loader.h"
@@ -175,7 +176,7 @@ int KeyframeReader::readHeader()
     vrkLoader.getString(name, sizeof name);
     if (!loaderTolerant)
     {
-        object = group->findObject(name);
+        object = findNamedObject(group, name);
         if (!object)
             return vrkPutToErrorLog("Fatal keyframer error in .3DS loader!", 37);
     }

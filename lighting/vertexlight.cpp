@@ -14,6 +14,7 @@
 #include "lighting/shadowtree.h"
 #include "platform/file.h"
 #include "rasterizer/d3d/d3dmesh.h"
+#include "scene/materialtable.h"
 #include "vornik/assets/tlist.h"
 #include "vornik/rasterizer/startup.h"
 #include "vornik/scene/material.h"
@@ -64,10 +65,10 @@ static void forGlowingCorners(Mesh* mesh, TList* list, Visit visit)
     const Material* material = nullptr;
     for (int f = 0; f < mesh->faceCount; f++)
     {
-        // Neighbouring faces mostly have one material, and the list is walked from its start.
+        // Neighbouring faces mostly have one material.
         const int id = mesh->faceMaterials[f].materialIndex;
         if (!material || material->id != id)
-            material = list->getMaterial(id);
+            material = findMaterial(list, id);
         if (!material || !(material->selfIllumination > 0.0f))
             continue;
         for (uint16_t corner : {mesh->faces[f].a, mesh->faces[f].b, mesh->faces[f].c})
@@ -139,6 +140,7 @@ void OGroup::calcDynamicLight(Light* light, int flags)
     OGroup* const self = this;
     if (light && (flags & VRK_LIGHT_SHADOWS))
         shadows.emplace(*light, &self, 1);
+    const NotedMaterials materials(flags & VRK_LIGHT_CLEAR ? activeTList : nullptr);
 
     for (int m = 0; m < meshCount; m++)
     {
@@ -311,7 +313,12 @@ void Scene::calcDynamicLight(Light* light, int flags)
 
     float intensity = 0.0f;
     for (int g = 0; g < groupCount; g++)
-        for (int m = 0; groups[g] && m < groups[g]->meshCount; m++)
+    {
+        if (!groups[g])
+            continue;
+        const NotedMaterials materials(flags & VRK_LIGHT_SELF_ILLUMINATION ? groups[g]->activeTList
+                                                                           : nullptr);
+        for (int m = 0; m < groups[g]->meshCount; m++)
         {
             Mesh* mesh = groups[g]->meshes[m];
             if (!hasColors(mesh))
@@ -325,6 +332,7 @@ void Scene::calcDynamicLight(Light* light, int flags)
             else if (lightPass && canBeLit(mesh))
                 lightSceneMesh(mesh, *light, shadows, flags & VRK_LIGHT_SUBTRACT, intensity);
         }
+    }
 }
 
 void Scene::calcDynamicLights(int flags)

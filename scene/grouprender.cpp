@@ -72,6 +72,7 @@ int OGroup::renderObject(Object* object, int flags)
         return vrkPutToErrorLog("Object not found from OGroup given!", 39);
     if (flags & VRK_RENDER_ANIMATE_TEXTURES)
         animateTextures();
+    const NotedMaterials materials(activeTList);
     const bool plays = animated && !(flags & VRK_RENDER_NO_ANIMATION);
     drawMesh(*this, *slot, flags, plays, findTracks);
 

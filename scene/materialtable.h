@@ -4,7 +4,8 @@
 class Material;
 class TList;
 
-/// Notes the materials of a list until it goes. One at a time; nothing is allocated.
+/// Notes the materials of a list until it goes. One at a time: a second one is without effect. Nothing is
+/// allocated for lists that number their materials below 4,096.
 class NotedMaterials
 {
 public:
@@ -12,6 +13,9 @@ public:
     NotedMaterials(const NotedMaterials&) = delete;
     NotedMaterials& operator=(const NotedMaterials&) = delete;
     ~NotedMaterials();
+
+private:
+    bool isFirst;
 };
 
 /// What list->getMaterial(id) finds: at once for the list that is noted, else by its walk.

@@ -416,12 +416,13 @@ void OGroup::attach()
             face += std::max(meshes[i]->faceCount, 0);
         }
 
+    delete octree; // first, or each mesh would be taken out of it
+    octree = nullptr;
+
     // The walk moves on although delMesh closed the gap: of neighbouring marked meshes every second one
     // stays.
     for (int i = 0; i < meshCount; i++)
         if (isMarked(meshes[i]))
             delMesh(meshes[i]);
     addMesh(merged);
-    delete octree;
-    octree = nullptr;
 }

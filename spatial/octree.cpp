@@ -11,6 +11,7 @@
 #include <new>
 #include <vector>
 
+#include "core/bits.h"
 #include "core/facecorners.h"
 #include "core/memorylasts.h"
 #include "platform/file.h"
@@ -439,7 +440,11 @@ int octreeNode::traverseRayOLD(Vertex3D* start, Vertex3D* end, octreeNode** out,
                 break;
             out[count++] = leaf;
         }
+        const Vertex3D before = p;
         p += increment;
+        // In a very fine tree steps are lost in rounding, and the walk comes no further.
+        if (sameBits(before, p))
+            break;
     }
     return count;
 }

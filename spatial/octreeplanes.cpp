@@ -8,18 +8,11 @@
 #include "core/memorylasts.h"
 #include "scene/worldcorners.h"
 #include "spatial/packedtree.h"
+#include "spatial/planesearch.h"
 #include "vornik/scene/mesh.h"
 #include "vornik/spatial/octree.h"
 
 static int planeCounter = 0;
-
-// A face as it stands in the world now.
-struct WorldFace
-{
-    Vertex3D corners[3];
-    Vertex3D normal;
-    int material;
-};
 
 static WorldFace worldFace(WorldCorners* world, const OTPolyData& poly)
 {
@@ -28,18 +21,6 @@ static WorldFace worldFace(WorldCorners* world, const OTPolyData& poly)
     result.material = poly.mesh->faceMaterials ? poly.mesh->faceMaterials[poly.face].materialIndex : 0;
     result.normal = calcNormal(&result.corners[0], &result.corners[1], &result.corners[2]);
     return result;
-}
-
-// Do two faces belong to one group? Faces that look the same way don't: those that look away from each other
-// and those without a normal join.
-static bool belongsTo(const WorldFace& face, const WorldFace& first, float tolerance)
-{
-    if (face.material != first.material || !(first.normal * face.normal < 0.0001f))
-        return false;
-    for (const Vertex3D& corner : face.corners)
-        if (!(std::fabs((corner - first.corners[0]) * first.normal) < tolerance))
-            return false;
-    return true;
 }
 
 static Plane* makePlane(const WorldFace& first, const std::vector<PlaneList>& members)
@@ -61,15 +42,9 @@ int octreeNode::createPlanes(float tolerance)
     faces.reserve(static_cast<size_t>(polys.size));
     for (int i = 0; i < polys.size; ++i)
         faces.push_back(worldFace(&world, polys.items[i]));
-    std::vector<packed::Looks> looks((faces.size() + packed::width - 1) / packed::width);
-    for (size_t i = 0; i < faces.size(); ++i)
-    {
-        packed::Looks& block = looks[i / packed::width];
-        for (int axis = 0; axis < 3; ++axis)
-            block.normal[axis][i % packed::width] = (&faces[i].normal.x)[axis];
-        block.material[i % packed::width] = faces[i].material;
-    }
+    PlaneSearch search(faces, tolerance);
     std::vector<char> taken(faces.size(), 0);
+    std::vector<uint32_t> joining;
     std::vector<PlaneList> members;
     Plane** tail = &planes;
     while (*tail)
@@ -79,16 +54,14 @@ int octreeNode::createPlanes(float tolerance)
         if (taken[i])
             continue;
         members.assign(1, {polys.items[i].face, polys.items[i].mesh});
-        for (size_t block = i / packed::width; block < looks.size(); ++block)
-            for (uint32_t away = lookingAway(looks[block], faces[i].normal, faces[i].material); away;
-                 away &= away - 1)
-            {
-                const size_t j = block * packed::width + static_cast<size_t>(__builtin_ctz(away));
-                if (j <= i || j >= faces.size() || taken[j] || !belongsTo(faces[j], faces[i], tolerance))
-                    continue;
-                taken[j] = 1;
-                members.push_back({polys.items[j].face, polys.items[j].mesh});
-            }
+        search.remove(i);
+        search.find(faces[i], &joining);
+        for (const uint32_t j : joining)
+        {
+            taken[j] = 1;
+            search.remove(j);
+            members.push_back({polys.items[j].face, polys.items[j].mesh});
+        }
         *tail = makePlane(faces[i], members);
         tail = &(*tail)->next;
     }

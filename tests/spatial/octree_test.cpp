@@ -762,6 +762,23 @@ static std::vector<std::vector<int>> plainGroups(const octreeNode* leaf)
     return groups;
 }
 
+static void expectPlainGroups(const octreeNode* leaf)
+{
+    const Plane* plane = leaf->planes;
+    for (const std::vector<int>& members : plainGroups(leaf))
+    {
+        ASSERT_NE(plane, nullptr);
+        ASSERT_EQ(plane->faceCount, static_cast<int>(members.size()));
+        for (size_t i = 0; i < members.size(); ++i)
+        {
+            EXPECT_EQ(plane->faces[i].face, leaf->polys.items[members[i]].face);
+            EXPECT_EQ(plane->faces[i].mesh, leaf->polys.items[members[i]].mesh);
+        }
+        plane = plane->next;
+    }
+    EXPECT_EQ(plane, nullptr);
+}
+
 static int nextId(const octreeNode* node, int id)
 {
     for (const Plane* plane = node->planes; plane; plane = plane->next)
@@ -780,22 +797,40 @@ TEST_F(OctreePlanes, RandomScenesHaveThePlainGroupsAndNumbersInOrder)
         const std::unique_ptr<OGroup> group = makeRandomGroup(random, 3, 40);
         for (const octreeNode* leaf : leavesOf(group->octree))
         {
-            const auto groups = plainGroups(leaf);
-            const Plane* plane = leaf->planes;
-            for (const std::vector<int>& members : groups)
-            {
-                ASSERT_NE(plane, nullptr);
-                ASSERT_EQ(plane->faceCount, static_cast<int>(members.size()));
-                for (size_t i = 0; i < members.size(); ++i)
-                {
-                    EXPECT_EQ(plane->faces[i].face, leaf->polys.items[members[i]].face);
-                    EXPECT_EQ(plane->faces[i].mesh, leaf->polys.items[members[i]].mesh);
-                }
-                plane = plane->next;
-            }
-            EXPECT_EQ(plane, nullptr);
+            expectPlainGroups(leaf);
         }
         EXPECT_GT(nextId(group->octree, 0), 10);
+    }
+}
+
+// Corners on a coarse grid, which share planes, corners anywhere, near and far, faces without an extent, and
+// corners that are no numbers or too far for products.
+TEST_F(OctreePlanes, ALeafOfManyFacesHasThePlainGroups)
+{
+    std::mt19937 random(11);
+    for (const float range : {3.0f, 0.002f, 1e6f, 1e19f})
+    {
+        std::vector<Vertex3D> corners;
+        std::vector<int> materials;
+        for (int face = 0; face < 700; ++face)
+        {
+            const int kind = static_cast<int>(random() % 8);
+            for (int corner = 0; corner < 3; ++corner)
+            {
+                const Vertex3D any = anyPoint(random, range);
+                const Vertex3D grid = {std::round(any.x / range) * range, std::round(any.y / range) * range,
+                                       std::round(any.z / range) * range};
+                corners.push_back(kind < 4 ? grid : any);
+            }
+            if (kind == 6)
+                corners.back() = corners[corners.size() - 2];
+            if (face % 97 == 5)
+                corners.back().y = face % 2 ? NAN : INFINITY;
+            if (face % 89 == 7)
+                corners.back().z = 3e38f;
+            materials.push_back(static_cast<int>(random() % 3));
+        }
+        expectPlainGroups(leafOf(corners, materials));
     }
 }
 

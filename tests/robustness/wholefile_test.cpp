@@ -17,6 +17,8 @@
 #include "tests/support/completescene.h"
 #include "tests/support/engine.h"
 #include "tests/support/realfiles.h"
+#include "tests/support/tempfolder.h"
+#include "tests/support/writer3ds.h"
 #include "vornik/assets/load3ds.h"
 #include "vornik/core/errorlog.h"
 #include "vornik/rasterizer/startup.h"
@@ -34,6 +36,7 @@ static const int everything = LOAD_MESHES | LOAD_LIGHTS | LOAD_CAMERAS | LOAD_KE
 // A byte of a scene file becomes at most this many in memory; beside them stand a list of tracks, a list of
 // materials, their images and the blocks of pixels that are read into.
 static const long long bytesEach = 160;
+static const long long mostBytesEach = 600; // of a file of nothing but maps
 static const long long fixedBytes = 64ll << 20;
 
 static size_t placesWanted()
@@ -134,6 +137,34 @@ protected:
 TEST_F(DamagedFiles, OfOurOwnWriter)
 {
     damageAll(build3ds(completeScene()), "complete scene");
+}
+
+// What takes the most memory for the fewest bytes: maps, each of which has room for the 64 names of a list.
+TEST(CrowdedFiles, OfMapsTakeTheMostMemoryOfAll)
+{
+    vrkInitErrorLog(3);
+    ChunkWriter file;
+    file.open(0x4D4D).open(0x3D3D);
+    for (int i = 0; i < 2000; ++i)
+    {
+        file.open(0xAFFF).open(0xA000).text("").close();
+        for (const uint16_t map : {0xA200, 0xA210, 0xA220, 0xA33A})
+            file.empty(map);
+        file.close();
+    }
+    const Bytes bytes = file.finish();
+    const TempFolder folder;
+    const std::string name = folder.write("SCENE.3DS", bytes);
+    const int selected = vrkSelectedRasterizer;
+    vrkSelectedRasterizer = 7; // images are made by none
+    const long long before = heldBytes();
+    resetPeak();
+    OGroup group;
+    EXPECT_EQ(load3ds(name.c_str(), &group, "", LOAD_MATERIALS | LOAD_TOLERANT, nullptr, nullptr), 0);
+    vrkSelectedRasterizer = selected;
+    const long long most = peakBytes() - before;
+    EXPECT_LE(most, fixedBytes + mostBytesEach * static_cast<long long>(bytes.size()));
+    EXPECT_GT(most, mostBytesEach / 2 * static_cast<long long>(bytes.size()));
 }
 
 TEST_F(DamagedFiles, OfTheTestModelsPackage)

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "console/text.h"
+#include "core/number.h"
 
 class CommandLine
 {

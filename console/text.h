@@ -7,11 +7,6 @@
 /// In upper case, character by character.
 std::string upperCase(const std::string& text);
 
-/// As atof reads it with a decimal point: blanks, a sign, digits with a fraction and an exponent, hexadecimal
-/// digits, INF or NAN at the start; 0 for anything else. Too large is infinite.
-double numberFrom(const std::string& text);
-/// As atoi reads it; too large is the nearest int.
-int integerFrom(const std::string& text);
 /// Cut towards zero; too large is the nearest int, no number 0.
 int truncatedInt(float value);
 

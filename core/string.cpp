@@ -1,7 +1,9 @@
 #include "vornik/core/string.h"
 
-#include <cstdlib>
 #include <cstring>
+#include <string>
+
+#include "core/number.h"
 
 static const int capacity = static_cast<int>(sizeof(String::data));
 
@@ -143,10 +145,8 @@ float String::findNumber() const
             end = fractionEnd;
     }
 
-    char digits[sizeof data + 1];
-    std::memcpy(digits, data + start, static_cast<size_t>(end - start));
-    digits[end - start] = 0;
-    const float value = static_cast<float>(std::atof(digits));
+    const std::string digits(data + start, static_cast<size_t>(end - start));
+    const float value = static_cast<float>(numberFrom(digits));
     return charAt(start - 1) == '-' ? -value : value;
 }
 

@@ -1,9 +1,12 @@
 #include "vornik/core/string.h"
 
+#include <cmath>
 #include <cstring>
 #include <string>
 
 #include <gtest/gtest.h>
+
+#include "tests/support/germanlocale.h"
 
 static std::string text(const String& s)
 {
@@ -129,6 +132,21 @@ TEST(String, FindNumber)
     EXPECT_EQ(String("12.5").findNumber(), 12.0f);
     EXPECT_EQ(String("-4 ").findNumber(), -4.0f);
     EXPECT_EQ(String("4e2 ").findNumber(), 4.0f);
+}
+
+TEST(String, NumberHasADecimalPointInEveryLocale)
+{
+    const GermanScope german;
+    if (!german.isSet)
+        GTEST_SKIP() << "this system can't make locales";
+    EXPECT_EQ(String("a-12.5 ").findNumber(), -12.5f);
+    EXPECT_EQ(String("a-12,5 ").findNumber(), -12.0f);
+}
+
+TEST(String, NumberOfManyDigitsIsInfinite)
+{
+    EXPECT_EQ(String(std::string(1000, '9').c_str()).findNumber(), INFINITY);
+    EXPECT_EQ(String(("0." + std::string(900, '0') + "1 ").c_str()).findNumber(), 0.0f);
 }
 
 TEST(String, Concatenation)

@@ -1,4 +1,4 @@
-#include "tests/console/germanlocale.h"
+#include "tests/support/germanlocale.h"
 
 #include <clocale>
 

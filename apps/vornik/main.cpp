@@ -296,6 +296,7 @@ static CLI::App* addConsole(CLI::App* app, ConsoleOptions* options)
 static int runCommand(int argc, char** argv)
 {
     CLI::App app("Vornik, a real-time 3D engine: look at .3DS scenes from the command line.", "vornik");
+    app.allow_windows_style_options(false); // a path may begin with a slash
     app.set_version_flag("--version", "vornik " VORNIK_VERSION);
     app.require_subcommand(1);
     app.footer("vornik render --help, vornik info --help and vornik pack --help list the options.");

@@ -8,6 +8,7 @@
 #include "tests/apps/program.h"
 #include "tests/apps/scenes.h"
 #include "tests/support/imagewriter.h"
+#include "tests/support/process.h"
 
 namespace fs = std::filesystem;
 
@@ -175,7 +176,7 @@ TEST_F(PackCommand, FileThatCannotBeReadLeavesTheOldPack)
     // The system says it has a page of bytes, but gives fewer.
     const std::string file = "/sys/kernel/mm/transparent_hugepage/enabled";
     std::error_code failed;
-    if (fs::file_size(file, failed) < 1000 || failed)
+    if (!hasTerminals() || fs::file_size(file, failed) < 1000 || failed)
         GTEST_SKIP() << "there is no such file";
     expectRefused({"pack", "create", "x.pak", file}, "can't be read");
     EXPECT_EQ(folder.read("x.pak"), before);
@@ -203,8 +204,8 @@ TEST_F(PackCommand, ListsEndWithALineFeed)
     make({"b.jpg", "a.ifl"});
     EXPECT_EQ(folder.read("x.pak").substr(3 * 264), "ONE.JPG\nb");
     EXPECT_EQ(run({"pack", "verify", "x.pak"}).status, 0);
-    EXPECT_EQ(run({"pack", "extract", "x.pak"}).status, 0);
-    EXPECT_EQ(folder.read("A.IFL"), "ONE.JPG"); // which isn't part of it
+    EXPECT_EQ(run({"pack", "extract", "x.pak", "--into", "out"}).status, 0);
+    EXPECT_EQ(folder.read("out/A.IFL"), "ONE.JPG"); // which isn't part of it
     writeRecords({record(0, 5, "A.IFL")}, 10);
     verifiesWith("A.IFL: the last line of the list has no line feed");
 }
@@ -261,7 +262,9 @@ TEST_F(PackCommand, NamesNeverLeadOutOfTheFolder)
     EXPECT_FALSE(exists("UP"));
 
     // What begins with a separator is taken from the folder.
-    writeRecords({record(0, 3, "\\" + folder.root() + "/UP"), record(0, 3, "//ROOT")}, 4);
+    writeRecords({record(0, 3, "\\/" + fs::path(folder.root()).relative_path().string() + "/UP"),
+                  record(0, 3, "//ROOT")},
+                 4);
     EXPECT_EQ(run({"pack", "extract", "x.pak", "--into", "into"}).status, 0);
     EXPECT_FALSE(exists("UP"));
     EXPECT_EQ(folder.read("into/ROOT"), "dddd");
@@ -271,7 +274,10 @@ TEST_F(PackCommand, LinksNeverLeadOutOfTheFolder)
 {
     fs::create_directory(folder.path("into"));
     fs::create_directory(folder.path("elsewhere"));
-    fs::create_directory_symlink(folder.path("elsewhere"), folder.path("into/LINK"));
+    std::error_code failed;
+    fs::create_directory_symlink(folder.path("elsewhere"), folder.path("into/LINK"), failed);
+    if (failed)
+        GTEST_SKIP() << "no links here";
     fs::create_symlink(folder.path("elsewhere/B"), folder.path("into/B"));
     writeRecords({record(0, 3, "LINK\\A"), record(0, 3, "B")}, 4);
     const RunResult result = run({"pack", "extract", "x.pak", "--into", "into", "--force"});
@@ -449,7 +455,7 @@ TEST_F(PackCommand, DamagedPacksNeverHarm)
 
 TEST_F(PackCommand, SampleLooksTheSame)
 {
-    ASSERT_EQ(std::system((MAKE_SAMPLE " '" + folder.path("sample") + "'").c_str()), 0);
+    ASSERT_EQ(runProcess({MAKE_SAMPLE, folder.path("sample")}), 0);
     EXPECT_EQ(make({"sample"}).status, 0);
     EXPECT_EQ(run({"pack", "verify", "x.pak"}).status, 0);
     const Bitmap loose = render("sample/harbour.3ds", {"--size", "320x180"});

@@ -63,6 +63,7 @@ protected:
     std::string runOnTerminal(const std::vector<std::string>& arguments,
                               const std::vector<std::string>& keys = {}) const;
     static bool hasTerminals();
+    static bool hasPython();
     /// Writes a scene into the folder. @return its name
     std::string write(const std::string& name, const Scene3ds& scene) const;
     /// Renders a file and decodes the picture, 120 by 90 on black with one sample unless the options say

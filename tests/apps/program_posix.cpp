@@ -85,3 +85,8 @@ bool ProgramTest::hasTerminals()
 {
     return true;
 }
+
+bool ProgramTest::hasPython()
+{
+    return true;
+}

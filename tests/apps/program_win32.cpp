@@ -2,7 +2,7 @@
 
 #include "tests/apps/program.h"
 
-#include "tests/support/process_win32.h"
+#include "tests/support/process.h"
 
 RunResult ProgramTest::run(const std::vector<std::string>& arguments, const std::string& input) const
 {
@@ -10,8 +10,8 @@ RunResult ProgramTest::run(const std::vector<std::string>& arguments, const std:
     std::vector<std::string> command = {VORNIK_PROGRAM};
     command.insert(command.end(), arguments.begin(), arguments.end());
     RunResult result;
-    result.status = runProcess(command, folder.root(), streams.write("in", input), streams.path("out"),
-                               streams.path("err"));
+    result.status = runProcess(command, folder.root(),
+                               {streams.write("in", input), streams.path("out"), streams.path("err")});
     result.out = streams.readText("out");
     result.err = streams.readText("err");
     return result;
@@ -24,6 +24,11 @@ std::string ProgramTest::runOnTerminal(const std::vector<std::string>& /*argumen
 }
 
 bool ProgramTest::hasTerminals()
+{
+    return false;
+}
+
+bool ProgramTest::hasPython()
 {
     return false;
 }

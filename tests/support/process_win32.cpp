@@ -1,4 +1,4 @@
-#include "tests/support/process_win32.h"
+#include "tests/support/process.h"
 
 #include <windows.h>
 
@@ -20,12 +20,12 @@ static std::string quoted(const std::string& argument)
 static HANDLE openStream(const std::string& path, bool write)
 {
     SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
-    return CreateFileA(path.c_str(), write ? GENERIC_WRITE : GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                       &inherited, write ? CREATE_ALWAYS : OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    return CreateFileA(path.empty() ? "NUL" : path.c_str(), write ? GENERIC_WRITE : GENERIC_READ,
+                       FILE_SHARE_READ | FILE_SHARE_WRITE, &inherited, write ? CREATE_ALWAYS : OPEN_EXISTING,
+                       FILE_ATTRIBUTE_NORMAL, nullptr);
 }
 
-int runProcess(const std::vector<std::string>& command, const std::string& folder, const std::string& input,
-               const std::string& output, const std::string& error)
+int runProcess(const std::vector<std::string>& command, const std::string& folder, const ProcessFiles& files)
 {
     std::string line;
     for (const std::string& argument : command)
@@ -34,9 +34,9 @@ int runProcess(const std::vector<std::string>& command, const std::string& folde
     STARTUPINFOA start = {};
     start.cb = sizeof start;
     start.dwFlags = STARTF_USESTDHANDLES;
-    start.hStdInput = openStream(input, false);
-    start.hStdOutput = openStream(output, true);
-    start.hStdError = openStream(error, true);
+    start.hStdInput = openStream(files.input, false);
+    start.hStdOutput = openStream(files.output, true);
+    start.hStdError = openStream(files.error, true);
     PROCESS_INFORMATION process = {};
     DWORD status = static_cast<DWORD>(-1);
     if (CreateProcessA(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, folder.c_str(), &start,

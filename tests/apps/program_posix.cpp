@@ -3,6 +3,7 @@
 #include "tests/apps/program.h"
 
 #include <cstdlib>
+#include <poll.h>
 #include <pty.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -50,6 +51,14 @@ static bool promptWaits(const std::string& shown)
     return shown.size() >= 2 && shown.compare(shown.size() - 2, 2, "> ") == 0;
 }
 
+// False if the program has been silent for so long that it waits for a key which isn't coming.
+static bool saysMore(int terminal)
+{
+    pollfd output = {terminal, POLLIN, 0};
+    const int minute = 60'000;
+    return poll(&output, 1, minute) > 0;
+}
+
 std::string ProgramTest::runOnTerminal(const std::vector<std::string>& arguments,
                                        const std::vector<std::string>& keys) const
 {
@@ -65,7 +74,7 @@ std::string ProgramTest::runOnTerminal(const std::vector<std::string>& arguments
     size_t pressed = 0;
     char buffer[4096];
     ssize_t got;
-    while (child > 0 && (got = read(terminal, buffer, sizeof buffer)) > 0)
+    while (child > 0 && saysMore(terminal) && (got = read(terminal, buffer, sizeof buffer)) > 0)
     {
         shown.append(buffer, static_cast<size_t>(got));
         if (pressed < keys.size() && promptWaits(shown))
@@ -75,9 +84,9 @@ std::string ProgramTest::runOnTerminal(const std::vector<std::string>& arguments
                 break;
         }
     }
+    close(terminal); // ends what is still there
     int status = 0;
     waitpid(child, &status, 0);
-    close(terminal);
     return shown;
 }
 

@@ -1,8 +1,6 @@
 // The question sink of the error log: a message box, answered by a thread that waits for it.
 
 #include <cstdlib>
-#include <string>
-#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -11,16 +9,11 @@
 
 static int report(const char* message, int number, int button, MessageBoxLook* look)
 {
-    std::thread user(
-        [&]
-        {
-            while (!pressInMessageBox("VRK Error", button, look))
-                Sleep(2);
-        });
+    MessageBoxUser user(button);
     vrkInitErrorLog(1);
     const int result = vrkPutToErrorLog(message, number);
     vrkInitErrorLog(3);
-    user.join();
+    *look = user.finish();
     return result;
 }
 

@@ -12,7 +12,8 @@ class Win32Example : public ::testing::TestWithParam<const char*>
 protected:
     int statusOf(const std::string& scene)
     {
-        return runProcess({WIN32_HOST, scene, ".", "3", GetParam()}, folder.root(), {"", "", folder.path("err")});
+        return runProcess({WIN32_HOST, scene, ".", "3", GetParam()}, folder.root(),
+                          {"", "", folder.path("err")});
     }
 
     TempFolder folder;

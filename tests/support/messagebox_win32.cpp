@@ -22,10 +22,11 @@ static BOOL CALLBACK lookAtChild(HWND child, LPARAM parameter)
     return TRUE;
 }
 
-bool pressInMessageBox(const char* caption, int button, MessageBoxLook* look)
+// @return false if there is no box
+static bool press(int button, MessageBoxLook* look)
 {
     static HWND pressed = nullptr; // a box may linger for a moment
-    const HWND window = FindWindowA("#32770", caption);
+    const HWND window = FindWindowA("#32770", "VRK Error");
     DWORD process = 0;
     GetWindowThreadProcessId(window, &process);
     if (!window || window == pressed || process != GetCurrentProcessId())
@@ -36,4 +37,26 @@ bool pressInMessageBox(const char* caption, int button, MessageBoxLook* look)
     EnumChildWindows(window, lookAtChild, reinterpret_cast<LPARAM>(look));
     PostMessageA(window, WM_COMMAND, static_cast<WPARAM>(button), 0);
     return true;
+}
+
+MessageBoxUser::MessageBoxUser(int button) : user(&MessageBoxUser::answer, this, button) {}
+
+MessageBoxUser::~MessageBoxUser()
+{
+    finish();
+}
+
+void MessageBoxUser::answer(int button)
+{
+    while (!stop)
+        if (!press(button, &look))
+            Sleep(2);
+}
+
+const MessageBoxLook& MessageBoxUser::finish()
+{
+    stop = true;
+    if (user.joinable())
+        user.join();
+    return look;
 }

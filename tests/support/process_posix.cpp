@@ -22,6 +22,7 @@ int runProcess(const std::vector<std::string>& command, const std::string& folde
         redirect(STDIN_FILENO, files.input, O_RDONLY);
         redirect(STDOUT_FILENO, files.output, O_WRONLY | O_CREAT | O_TRUNC);
         redirect(STDERR_FILENO, files.error, O_WRONLY | O_CREAT | O_TRUNC);
+        alarm(longestProcess); // holds for what it becomes
         if (chdir(folder.c_str()) == 0)
             execv(arguments[0], arguments.data());
         _exit(127);

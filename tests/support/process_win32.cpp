@@ -42,8 +42,10 @@ int runProcess(const std::vector<std::string>& command, const std::string& folde
     if (CreateProcessA(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, folder.c_str(), &start,
                        &process))
     {
-        WaitForSingleObject(process.hProcess, INFINITE);
-        GetExitCodeProcess(process.hProcess, &status);
+        if (WaitForSingleObject(process.hProcess, longestProcess * 1000) == WAIT_OBJECT_0)
+            GetExitCodeProcess(process.hProcess, &status);
+        else
+            TerminateProcess(process.hProcess, status); // it may wait for somebody to close a box
         CloseHandle(process.hThread);
         CloseHandle(process.hProcess);
     }

@@ -33,5 +33,9 @@ target_include_directories(vornik PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}
 set_target_properties(vornik PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
 if(WIN32)
     set_target_properties(vornik PROPERTIES PREFIX "") # vornik.dll
+else()
+    set(map ${PROJECT_SOURCE_DIR}/cmake/exports.map)
+    target_link_options(vornik PRIVATE -Wl,--version-script=${map})
+    set_target_properties(vornik PROPERTIES LINK_DEPENDS ${map})
 endif()
 target_link_options(vornik PRIVATE -Wl,--no-undefined)

@@ -17,12 +17,12 @@ MEMBER = re.compile(r"(~?\w+|operator char\*|operator[^(\w\s]+)\((?:[^;{}()]|\([
 def call_surface(library):
     """Names with parameters: "vrkClear()", "vrkGamma", "Scene::render(int)".
 
-    Weak symbols come from templates of the standard library, names with an underscore in front from the linker.
+    Names with an underscore in front come from the linker and the sanitizers.
     """
     if library.endswith(".dll"):
         return names_of_dll(library)
     listing = subprocess.run(["nm", "-DC", "--defined-only", library], check=True, capture_output=True, text=True)
-    return set(re.findall(r" [TBDR] ([^_(\n].*)", listing.stdout))
+    return set(re.findall(r"(?m)^[0-9a-f]+ [A-Za-z] ([^_(\n].*)", listing.stdout))
 
 
 def defined_names(library):

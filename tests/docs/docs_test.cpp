@@ -4,83 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <sstream>
 
 #include "tests/docs/page.h"
-#include "tests/support/tempfolder.h"
+#include "tests/docs/scratch.h"
 
 namespace fs = std::filesystem;
-
-static const std::string source = VORNIK_SOURCE;
-
-static std::string readFile(const std::string& path)
-{
-    std::ifstream file(path);
-    std::stringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
-
-// The repository's root as it is behind a build, with the sample scene in it under the names that pages use.
-class Scratch
-{
-public:
-    Scratch()
-    {
-        fs::create_directories(folder.path("build/release/bin"));
-        for (const char* name : {"include", "examples", "scripts", "cmake"})
-            fs::create_directory_symlink(source + "/" + name, folder.path(name));
-        fs::create_directory_symlink(VORNIK_LIBRARY_FOLDER, folder.path("build/release/lib"));
-        // Nothing opens a window here: "vornik view" only looks at its options.
-        writeProgram("build/release/bin/vornik",
-                     "[ \"$1\" = view ] && exec '" VORNIK_PROGRAM
-                     "' \"$@\" --help > /dev/null\nexec '" VORNIK_PROGRAM "' \"$@\"");
-#ifdef VORNIK_SANITIZE
-        writeProgram("build/release/bin/g++", "exec /usr/bin/g++ -fsanitize=address,undefined \"$@\"");
-#endif
-    }
-
-    void addSample() const
-    {
-        for (const char* name : {"", "harbour", "folder"})
-            fs::copy(VORNIK_SAMPLE, folder.path(name), fs::copy_options::recursive);
-        for (const char* name : {"scene.3ds", "folder/scene.3ds"})
-            fs::copy(folder.path("harbour.3ds"), folder.path(name));
-    }
-
-    // Runs a script in the folder. @return its exit status; what it printed is in output
-    int run(const std::string& script)
-    {
-        folder.write("script.sh", script);
-        const std::string environment =
-            "export DISPLAY= ASAN_OPTIONS=detect_leaks=0:intercept_tls_get_addr=0 LC_ALL=C "
-            "PATH=$PWD/build/release/bin:$PATH LD_LIBRARY_PATH=$PWD/build/release/lib";
-        const int status = std::system(("cd '" + folder.root() + "' && " + environment +
-                                        " && bash -eu script.sh < /dev/null > output 2>&1")
-                                           .c_str());
-        output = folder.read("output");
-        return status;
-    }
-
-    TempFolder folder;
-    std::string output;
-
-private:
-    void writeProgram(const std::string& name, const std::string& text) const
-    {
-        folder.write(name, "#!/bin/bash\n" + text + "\n");
-        fs::permissions(folder.path(name), fs::perms::owner_all);
-    }
-};
-
-// The end of what a command printed: that is where it says what went wrong.
-static std::string endOf(const std::string& output)
-{
-    return output.size() > 1500 ? "..." + output.substr(output.size() - 1500) : output;
-}
 
 // The block as a source file whose errors point into the page.
 static std::string sourceOf(const Page& page, const Block& block)
@@ -130,18 +60,59 @@ TEST_P(ManualPage, HasCodeThatCompiles)
     }
 }
 
+// Commands for Windows make programs where the engine has been cross-built.
+static bool canRun(const Block& block)
+{
+    return !block.has("needs") || (block.note("needs") == "windows" && WITH_MINGW &&
+                                   fs::exists(source + "/build/windows/libvornik.dll.a"));
+}
+
 TEST_P(ManualPage, HasCommandsThatRun)
 {
     if (GetParam().hasLanguage("sh"))
         scratch.addSample();
+    if (readFile(source + "/" + GetParam().name).find("pkg-config") != std::string::npos)
+        scratch.addInstallation();
     for (const Block& block : GetParam().blocks)
     {
         if (block.has("file"))
             scratch.folder.write(block.note("file"), block.text);
-        if (block.language != "sh" || block.has("needs"))
+        if (block.language != "sh" || !canRun(block))
             continue;
         EXPECT_EQ(scratch.run(block.text), 0) << GetParam().name << ":" << block.line << "\n"
                                               << endOf(scratch.output);
+    }
+}
+
+// A project of CMake's around the few lines that a page shows of it.
+static std::string projectOf(const Block& block)
+{
+    if (block.text.find("project(") != std::string::npos)
+        return block.text;
+    std::string around = "cmake_minimum_required(VERSION 3.25)\nproject(host LANGUAGES CXX)\n";
+    for (const char* name : {"host", "my_host"})
+        around += std::string("add_executable(") + name + " host.cpp)\n";
+    return around + block.text;
+}
+
+TEST_P(ManualPage, HasProjectsThatAreBuilt)
+{
+    for (const Block& block : GetParam().blocks)
+    {
+        if (block.language != "cmake")
+            continue;
+        Scratch project;
+        project.addInstallation();
+        project.folder.write("CMakeLists.txt", projectOf(block));
+        std::string command = "cmake -S . -B made -DCMAKE_CXX_FLAGS='" HOST_FLAGS "' ";
+        // Vornik as a part is built by the tests of the installation; here its place in a project is looked
+        // at.
+        if (block.text.find("add_subdirectory(vornik)") != std::string::npos)
+            command = "rm -r vornik && ln -s '" + source + "' vornik && " + command;
+        else
+            command += "-DCMAKE_PREFIX_PATH=$PWD/vornik && cmake --build made --target host";
+        EXPECT_EQ(project.run(command), 0) << GetParam().name << ":" << block.line << "\n"
+                                           << endOf(project.output);
     }
 }
 
@@ -182,7 +153,7 @@ TEST_P(ManualPage, HasPlausibleCommandsWhereTheyCannotRun)
 {
     for (const Block& block : GetParam().blocks)
     {
-        if (block.language != "sh" || !block.has("needs"))
+        if (block.language != "sh" || canRun(block))
             continue;
         scratch.folder.write("looked-at.sh", block.text);
         EXPECT_EQ(scratch.run("bash -n looked-at.sh"), 0) << GetParam().name << ":" << block.line;
@@ -219,14 +190,15 @@ TEST(Manual, IndexNamesEveryPage)
 // Blocks with a wrong name for their language, or a misspelt note, would pass unseen.
 TEST(Manual, HasBlocksOfKnownKindsOnly)
 {
-    const std::vector<std::string> kinds = {"", "cpp", "sh", "cmake"};
-    const std::vector<std::string> notes = {"in", "run", "file", "needs"};
+    const std::vector<std::string> kinds = {"cpp", "sh", "cmake"};
+    const std::vector<std::string> notes = {"in", "run", "file", "needs", "console"};
     const auto known = [](const std::vector<std::string>& list, const std::string& word)
     { return std::find(list.begin(), list.end(), word) != list.end(); };
     for (const Page& page : manualPages())
         for (const Block& block : page.blocks)
         {
-            EXPECT_TRUE(known(kinds, block.language)) << page.name << ":" << block.line;
+            const bool isText = block.language.empty() && (block.has("console") || block.has("file"));
+            EXPECT_TRUE(isText || known(kinds, block.language)) << page.name << ":" << block.line;
             for (const auto& note : block.notes)
                 EXPECT_TRUE(known(notes, note.first)) << page.name << ":" << block.line << " " << note.first;
         }

@@ -11,12 +11,15 @@
 ///     <!-- in: frame -->             compiled inside settings/frame.cpp, in place of its line "// block"
 ///     <!-- run: harbour.3ds . -->    a whole program, run with these arguments
 ///     <!-- file: host.cpp -->        saved under this name for the commands further down the page
-///     <!-- needs: root -->           (or network, window, windows, time) looked at, not run
+///     <!-- needs: root -->           (or network, window, time) looked at, not run
+///     <!-- needs: windows -->        compiled, and run where the tree has been cross-built
+///     <!-- console: SET FRAME 1 -->  what the console prints for the lines with a prompt in it, once it has
+///                                    taken these (none or several, divided by bars)
 ///
 /// Several of them in one comment are divided by semicolons.
 struct Block
 {
-    std::string language; ///< behind the fence: "cpp", "sh" or empty
+    std::string language; ///< behind the fence: "cpp", "sh", "cmake" or empty
     std::string text;
     int line = 0; ///< of the first line of text in the page, from 1
     std::map<std::string, std::string> notes;

@@ -2,10 +2,12 @@
 
 #include "tests/apps/program.h"
 
+#include <chrono>
 #include <cstdlib>
 #include <poll.h>
 #include <pty.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
 static std::string quoted(const std::string& text)
@@ -46,17 +48,13 @@ RunResult ProgramTest::run(const std::vector<std::string>& arguments, const std:
     return result;
 }
 
-static bool promptWaits(const std::string& shown)
+// A line editor shows its prompt before it takes single keys. What is pressed between is a line to the
+// terminal, which keeps a control key such as the end of input to itself.
+static bool waitsForKeys(int terminal, const std::string& shown)
 {
-    return shown.size() >= 2 && shown.compare(shown.size() - 2, 2, "> ") == 0;
-}
-
-// False if the program has been silent for so long that it waits for a key which isn't coming.
-static bool saysMore(int terminal)
-{
-    pollfd output = {terminal, POLLIN, 0};
-    const int minute = 60'000;
-    return poll(&output, 1, minute) > 0;
+    termios settings;
+    return shown.size() >= 2 && shown.compare(shown.size() - 2, 2, "> ") == 0 &&
+           tcgetattr(terminal, &settings) == 0 && !(settings.c_lflag & ICANON);
 }
 
 std::string ProgramTest::runOnTerminal(const std::vector<std::string>& arguments,
@@ -72,16 +70,30 @@ std::string ProgramTest::runOnTerminal(const std::vector<std::string>& arguments
     }
     std::string shown;
     size_t pressed = 0;
-    char buffer[4096];
-    ssize_t got;
-    while (child > 0 && saysMore(terminal) && (got = read(terminal, buffer, sizeof buffer)) > 0)
+    size_t shownBefore = 0; // the last key
+    const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(2);
+    while (child > 0)
     {
-        shown.append(buffer, static_cast<size_t>(got));
-        if (pressed < keys.size() && promptWaits(shown))
+        pollfd output = {terminal, POLLIN, 0};
+        if (poll(&output, 1, 10) > 0)
+        {
+            char buffer[4096];
+            const ssize_t got = read(terminal, buffer, sizeof buffer);
+            if (got <= 0)
+                break;
+            shown.append(buffer, static_cast<size_t>(got));
+        }
+        else if (pressed < keys.size() && shown.size() > shownBefore && waitsForKeys(terminal, shown))
         {
             const std::string& key = keys[pressed++];
+            shownBefore = shown.size();
             if (::write(terminal, key.data(), key.size()) < 0)
                 break;
+        }
+        if (std::chrono::steady_clock::now() > end)
+        {
+            ADD_FAILURE() << "the program doesn't end; it shows: " << shown;
+            break;
         }
     }
     close(terminal); // ends what is still there

@@ -149,11 +149,12 @@ int main(int argc, char** argv)
     good = draw(folder + "special.jpg", special) && good;
 
     // From inside a house, whose walls look outward.
-    Object* house = group->findObject("Mill");
+    const Object* house = group->findObject("House E4");
     if (!house)
         return 1;
-    camera->moveTo(house->position.x, house->position.y, house->position.z, 0, 0, house->position.z);
-    vrkSetFOV(90.0f);
+    const Vertex3D& room = house->position;
+    camera->moveTo(room.x + 0.3f, room.y, room.z, room.x - 1, room.y - 0.3f, room.z);
+    vrkSetFOV(48.0f);
     good = draw(folder + "inside.jpg", style(0)) && good;
     good = draw(folder + "twosided.jpg", style(VRK_RENDER_TWOSIDED)) && good;
     return good ? 0 : 1;

@@ -42,7 +42,7 @@ Scratch::Scratch()
 
 void Scratch::addSample() const
 {
-    for (const char* name : {"", "harbour", "folder"})
+    for (const char* name : {"", "sample", "harbour", "folder"})
         fs::copy(VORNIK_SAMPLE, folder.path(name), fs::copy_options::recursive);
     for (const char* name : {"scene.3ds", "folder/scene.3ds"})
         fs::copy(folder.path("harbour.3ds"), folder.path(name));

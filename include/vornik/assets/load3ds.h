@@ -35,9 +35,8 @@ enum VRKLoadFlag
 /// @param fileName           found without regard to case and with backslashes as separators
 /// @param materialDirectory  of the images; null counts as empty
 /// @param flags              LOAD_... bits
-/// @param progress           may be null; called with the fraction done. The value is no number while the
-/// images of
-///                           a file without materials are loaded
+/// @param progress           may be null; called with the fraction done, which is no number while the images
+///                           of a file without materials are loaded
 /// @param packName           pack that holds the file and its images; read only with LOAD_FROM_PACK
 /// @return 0, 13 (can't be opened) or 14 (not a .3DS file), already logged. A truncated file is no error.
 VRK_API int load3ds(const char* fileName, OGroup* group, const char* materialDirectory, int flags,

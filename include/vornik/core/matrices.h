@@ -22,9 +22,8 @@ VRK_API void vrkMatrixColumnToRow(float (*m)[4][4]);
 VRK_API void vrkMatrixRowToColumn(float (*m)[4][4]);
 
 /// Inverse of an affine matrix. out and in must be different matrices.
-/// @return false, with out untouched, if the last column is further than 0.001 from 0, 0, 0, 1. A determinant
-/// of
-///         zero isn't tested and gives infinities.
+/// @return false, with out untouched, if the last column is further than 0.001 from 0, 0, 0, 1. A
+///         determinant of zero isn't tested and gives infinities.
 VRK_API bool vrkInvertMatrix(float (&out)[4][4], float (&in)[4][4]);
 
 /// Rotation matrix of a quaternion, which isn't normalised. @param rows  [4], each [4], out

@@ -13,7 +13,8 @@ enum
 {
     mostFrames = 4096,  // of a rewritten track
     mostPoses = 100000, // of all of them; further nodes stay as they are
-    mostEffort = 4000000
+    mostEffort = 4000000,
+    keysPassedInATurn = 16
 };
 
 // The last key of a track at or before a frame, and how far it is from there to the next one.
@@ -99,12 +100,55 @@ public:
                 targets.emplace(node.object, &node);
     }
 
-    // Where a node stands in the world at a frame.
-    Pose poseAt(int i, int frame) const
+    // The nodes from a root down to a node.
+    std::vector<int> chainTo(int i) const
     {
-        const LoadedNode& node = nodes[static_cast<size_t>(i)];
-        const int above = parents[static_cast<size_t>(i)];
-        const Pose parent = above < 0 ? Pose{} : poseAt(above, frame);
+        std::vector<int> chain;
+        for (; i >= 0; i = parents[static_cast<size_t>(i)])
+            chain.push_back(i);
+        std::reverse(chain.begin(), chain.end());
+        return chain;
+    }
+
+    // Where the last node of a chain stands in the world at a frame.
+    Pose poseAt(const std::vector<int>& chain, int frame) const
+    {
+        Pose pose;
+        for (const int i : chain)
+            pose = poseUnder(pose, nodes[static_cast<size_t>(i)], frame);
+        return pose;
+    }
+
+    // The last frame at which anything on a node's way to its root has a key.
+    int lastFrame(int i) const
+    {
+        int last = 0;
+        forEachTrack(i,
+                     [&](const VRKPath& path)
+                     {
+                         if (path.keyCount > 1)
+                             last = std::max(last, path.keys[path.keyCount - 2].frame);
+                     });
+        return std::clamp<int>(last, 0, mostFrames);
+    }
+
+    // About how many turns and moves one pose takes. A key that is only passed over costs far less.
+    int64_t effort(int i) const
+    {
+        int64_t steps = 0;
+        for (int at = i; at >= 0; at = parents[static_cast<size_t>(at)])
+            ++steps;
+        forEachTrack(i,
+                     [&](const VRKPath& path) {
+                         steps += path.kind == VRK_TRACK_ROTATION ? path.keyCount
+                                                                  : path.keyCount / keysPassedInATurn;
+                     });
+        return steps;
+    }
+
+private:
+    Pose poseUnder(const Pose& parent, const LoadedNode& node, int frame) const
+    {
         Pose pose = {parent.origin + parent.axes * positionAt(node.position, frame), parent.axes};
         if (node.type == VRK_NODE_OBJECT)
             pose.axes = parent.axes * turnAt(node, frame) * stretch(node.scale.x, node.scale.y, node.scale.z);
@@ -114,35 +158,21 @@ public:
         return pose;
     }
 
-    // The last frame at which anything on a node's way to its root has a key.
-    int lastFrame(int i) const
+    // Calls visit for every track on a node's way to its root.
+    template <class Visit>
+    void forEachTrack(int i, Visit visit) const
     {
-        int last = 0;
         for (; i >= 0; i = parents[static_cast<size_t>(i)])
         {
             const LoadedNode& node = nodes[static_cast<size_t>(i)];
             const LoadedNode* target = targetOf(node);
             for (const VRKPath* path :
                  {node.position, node.rotation, node.roll, target ? target->position : nullptr})
-                if (path && path->keyCount > 1)
-                    last = std::max(last, path->keys[path->keyCount - 2].frame);
+                if (path)
+                    visit(*path);
         }
-        return std::clamp<int>(last, 0, mostFrames);
     }
 
-    // About how many turns and moves one pose takes.
-    int64_t effort(int i) const
-    {
-        int64_t steps = 0;
-        for (; i >= 0; i = parents[static_cast<size_t>(i)])
-        {
-            const VRKPath* rotation = nodes[static_cast<size_t>(i)].rotation;
-            steps += 1 + (rotation ? rotation->keyCount : 0);
-        }
-        return steps;
-    }
-
-private:
     // A target's own parent is left out: targets that hang from anything are rare.
     const LoadedNode* targetOf(const LoadedNode& node) const
     {
@@ -231,8 +261,9 @@ void freeFromCameras(std::deque<LoadedNode>* nodes, std::vector<int>* parents, c
         if (effort < 0)
             break;
         std::vector<Pose> poses;
+        const std::vector<int> chain = carrier.chainTo(i);
         for (int frame = 0; frame <= last; ++frame)
-            poses.push_back(carrier.poseAt(i, frame));
+            poses.push_back(carrier.poseAt(chain, frame));
         carried.emplace_back(i, std::move(poses));
     }
     for (const auto& [i, poses] : carried)

@@ -1,15 +1,16 @@
 #include "assets/loadmaterials.h"
 
+#include <map>
 #include <string>
-#include <unordered_map>
 
 #include "vornik/assets/tlist.h"
 #include "vornik/scene/material.h"
 
 TList* loaderMaterials = nullptr;
 
-static std::unordered_map<std::string, Material*> materialsByName; // the first of each name
-static Material* lastMaterial = nullptr;                           // null outside a load
+// The first of each name. Sorted: a file may choose its names so that they share one place of a hash table.
+static std::map<std::string, Material*> materialsByName;
+static Material* lastMaterial = nullptr; // null outside a load
 
 void beginMaterials(TList* list)
 {

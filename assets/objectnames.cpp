@@ -1,7 +1,7 @@
 #include "assets/objectnames.h"
 
+#include <map>
 #include <string>
-#include <unordered_map>
 
 #include "vornik/scene/mesh.h"
 #include "vornik/scene/object.h"
@@ -43,7 +43,7 @@ private:
         return slot < count && slots[slot] && slots[slot]->name && name == slots[slot]->name;
     }
 
-    std::unordered_map<std::string, int> first; // slots
+    std::map<std::string, int> first; // slots; sorted, since a file may choose names of one hash
     int noted = 0;
 };
 

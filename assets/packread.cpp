@@ -14,24 +14,39 @@ uint64_t packLength()
     return vrkLength(packStream);
 }
 
-// A name without what differs between systems and habits: "./a/b" becomes "A\\B".
-static std::string plainName(std::string name)
+static char plainCharacter(char c)
 {
-    for (char& c : name)
-        c = c == '/' ? '\\' : static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-    size_t start = 0;
-    while (name.compare(start, 1, "\\") == 0 || name.compare(start, 2, ".\\") == 0)
-        ++start;
-    return name.substr(start);
+    return c == '/' ? '\\' : static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+}
+
+static bool isSeparator(char c)
+{
+    return c == '/' || c == '\\';
+}
+
+// A name without what leads nowhere in front of it: "./a/b" becomes "a/b".
+static const char* plainStart(const char* name)
+{
+    while (isSeparator(*name) || (*name == '.' && isSeparator(name[1])))
+        ++name;
+    return name;
+}
+
+// Are two names one but for what differs between systems and habits?
+static bool isSameName(const char* a, const char* b)
+{
+    for (; *a && plainCharacter(*a) == plainCharacter(*b); ++a)
+        ++b;
+    return !*a && !*b;
 }
 
 std::string resolvePackedName(const std::string& name)
 {
     if (packFindEntry(name.c_str()) >= 0)
         return name;
-    const std::string plain = plainName(name);
-    for (uint32_t i = 0; packDirectory && i < packEntryCount && !plain.empty(); ++i)
-        if (plainName(packDirectory[i].name) == plain)
+    const char* plain = plainStart(name.c_str());
+    for (uint32_t i = 0; packDirectory && i < packEntryCount && *plain; ++i)
+        if (isSameName(plainStart(packDirectory[i].name), plain))
             return packDirectory[i].name;
     return "";
 }

@@ -19,6 +19,15 @@ static void jumpBack(j_common_ptr info)
 
 static void staySilent(j_common_ptr, int) {}
 
+// A progressive stream may walk its whole picture again for every dozen bytes. Writers make ten or twenty
+// scans; a stream of more than these is made to keep its reader busy.
+static void endManyScans(j_common_ptr info)
+{
+    const int mostScans = 64;
+    if (reinterpret_cast<j_decompress_ptr>(info)->input_scan_number > mostScans)
+        jumpBack(info);
+}
+
 static jpeg_error_mgr* prepare(ErrorManager* errors)
 {
     jpeg_error_mgr* base = jpeg_std_error(&errors->base);
@@ -76,6 +85,9 @@ bool jpegDecode(const uint8_t* data, size_t size, bool grey, JpegImage* image)
         return false;
     }
     jpeg_create_decompress(&info);
+    jpeg_progress_mgr progress = {};
+    progress.progress_monitor = endManyScans;
+    info.progress = &progress;
     jpeg_mem_src(&info, data, static_cast<unsigned long>(size));
     const bool decoded = decodeRows(&info, size, grey, image);
     jpeg_destroy_decompress(&info);

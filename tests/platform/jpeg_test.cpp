@@ -192,6 +192,42 @@ TEST(Jpeg, ASizeThatTheDataCannotFillIsRefused)
     EXPECT_FALSE(jpegDecode(bytes.data(), bytes.size(), false, &image));
 }
 
+// A progressive stream of one component whose last scan, of a dozen bytes, stands in it several times.
+static std::vector<uint8_t> streamOfScans(int scans)
+{
+    std::vector<uint8_t> bytes = stream(16, 16, {.components = 1, .progressive = true});
+    const uint8_t marker[] = {0xFF, 0xDA};
+    int there = 0;
+    auto last = bytes.end();
+    for (auto at = bytes.begin();
+         (at = std::search(at, bytes.end(), std::begin(marker), std::end(marker))) != bytes.end(); ++at)
+    {
+        last = at;
+        ++there;
+    }
+    const std::vector<uint8_t> scan(last, bytes.end() - 2);
+    for (; there < scans; ++there)
+        bytes.insert(bytes.end() - 2, scan.begin(), scan.end());
+    return bytes;
+}
+
+// Each walks the whole picture, however large it is.
+TEST(Jpeg, StreamsOfMoreScansThanAnyWriterMakesAreRefused)
+{
+    JpegImage image;
+    for (const int scans : {10, 64})
+    {
+        const std::vector<uint8_t> bytes = streamOfScans(scans);
+        ASSERT_TRUE(jpegDecode(bytes.data(), bytes.size(), false, &image)) << scans;
+        EXPECT_NEAR(image.pixels[0], 100, 2);
+    }
+    for (const int scans : {65, 5000})
+    {
+        const std::vector<uint8_t> bytes = streamOfScans(scans);
+        EXPECT_FALSE(jpegDecode(bytes.data(), bytes.size(), false, &image)) << scans;
+    }
+}
+
 TEST(Jpeg, NothingToEncodeGivesAnEmptyStream)
 {
     const std::vector<uint8_t> rgb = gradient(4, 4);

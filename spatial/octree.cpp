@@ -2,20 +2,17 @@
 
 #include "vornik/spatial/octree.h"
 
-#include <algorithm>
 #include <cfloat>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <new>
-#include <vector>
 
 #include "core/bits.h"
-#include "core/facecorners.h"
 #include "core/memorylasts.h"
 #include "platform/file.h"
 #include "spatial/octreegeometry.h"
+#include "spatial/octreesplit.h"
 #include "spatial/packedtree.h"
 #include "vornik/core/memory.h"
 #include "vornik/scene/mesh.h"
@@ -62,22 +59,6 @@ static bool reserveOne(OTPolyList* list)
     return true;
 }
 
-// A face's corners as the tree places them: moved by the mesh's position alone. @return false for a face or
-// corners that don't exist
-static bool cornersOf(const OTPolyData& poly, Vertex3D* corners)
-{
-    const Mesh& mesh = *poly.mesh;
-    if (!mesh.faces || !mesh.calculatedVertices || poly.face < 0 || poly.face >= mesh.faceCount)
-        return false;
-    const Facelist& face = mesh.faces[poly.face];
-    if (!hasCorners(face, mesh.vertexCount))
-        return false;
-    corners[0] = mesh.calculatedVertices[face.a] + mesh.position;
-    corners[1] = mesh.calculatedVertices[face.b] + mesh.position;
-    corners[2] = mesh.calculatedVertices[face.c] + mesh.position;
-    return true;
-}
-
 int octreeNode::insert(Mesh* mesh, int face, bool grow)
 {
     if (isNull(this))
@@ -95,7 +76,7 @@ int octreeNode::insert(OTPolyData* poly, bool grow)
     if (!poly || !poly->mesh)
         return 2;
     Vertex3D corners[3];
-    if (!cornersOf(*poly, corners) || !reserveOne(&polys))
+    if (!placedCorners(*poly, corners) || !reserveOne(&polys))
         return 0;
     PackedTree::markStale(this);
     polys.items[polys.size++] = *poly;
@@ -154,141 +135,6 @@ bool octreeNode::pointInside(Vertex3D* p)
 bool octreeNode::polyInside(Vertex3D* triangle)
 {
     return !isNull(this) && triangle && triangleIntersectsBox(triangle, &min, &max);
-}
-
-/// Divides a node and what is below. What its faces come to is found out once, not at every level.
-class OctreeSplitter
-{
-public:
-    OctreeSplitter(octreeNode* top, int faces, int depth)
-        : node(top), maxFaces(faces), maxDepth(depth),
-          referencesLeft(std::max<int64_t>(VRK_OCTREE_REFERENCES, VRK_OCTREE_REFERENCES_EACH *
-                                                                      static_cast<int64_t>(top->polys.size)))
-    {
-        triangles.reserve(static_cast<size_t>(top->polys.size));
-        for (int i = 0; i < top->polys.size; ++i)
-        {
-            Triangle triangle = {};
-            if (!cornersOf(top->polys.items[i], triangle.corners))
-                continue;
-            const AskedTriangle asked(triangle.corners);
-            triangle.along = asked.along;
-            triangle.leastWidth = asked.leastWidth();
-            triangle.poly = i;
-            triangles.push_back(triangle);
-        }
-    }
-    void run(void (*progress)(int))
-    {
-        std::vector<uint32_t> all(triangles.size());
-        for (size_t i = 0; i < all.size(); ++i)
-            all[i] = static_cast<uint32_t>(i);
-        if (mayDivide(node, all.size()) && addChildren(node))
-            divide(node, all, progress);
-    }
-
-private:
-    struct Triangle
-    {
-        Vertex3D corners[3];
-        float leastWidth; ///< of a node whose children may be asked by margins, see AskedTriangle
-        int32_t along, poly;
-    };
-
-    static bool addChildren(octreeNode* parent);
-    bool mayDivide(const octreeNode* parent, size_t held) const;
-    void divide(octreeNode* parent, const std::vector<uint32_t>& held, void (*progress)(int));
-    void fill(octreeNode* leaf, const std::vector<uint32_t>& held);
-
-    octreeNode* node;
-    int maxFaces, maxDepth;
-    int64_t referencesLeft; // that may still be made
-    std::vector<Triangle> triangles;
-};
-
-// All children of an endless node would hold all its faces.
-bool OctreeSplitter::mayDivide(const octreeNode* parent, size_t held) const
-{
-    return held > static_cast<size_t>(maxFaces) && parent->depth <= maxDepth &&
-           std::isfinite(parent->max.x - parent->min.x) && referencesLeft >= 8 * static_cast<int64_t>(held);
-}
-
-// All eight or none. @return false without memory for them
-bool OctreeSplitter::addChildren(octreeNode* parent)
-{
-    for (octreeNode*& child : parent->child)
-        child = new (std::nothrow) octreeNode;
-    if (std::find(parent->child, parent->child + 8, nullptr) != parent->child + 8)
-    {
-        for (octreeNode*& child : parent->child)
-        {
-            delete child;
-            child = nullptr;
-        }
-        return false;
-    }
-    const Vertex3D &min = parent->min, &max = parent->max;
-    const Vertex3D middle = {(min.x + max.x) * 0.5f, (min.y + max.y) * 0.5f, (min.z + max.z) * 0.5f};
-    for (int i = 0; i < 8; ++i)
-    {
-        octreeNode* child = parent->child[i];
-        child->depth = parent->depth + 1;
-        child->setBounds(0, i & 1 ? middle.x : min.x, i & 1 ? max.x : middle.x);
-        child->setBounds(1, i & 2 ? middle.y : min.y, i & 2 ? max.y : middle.y);
-        child->setBounds(2, i & 4 ? middle.z : min.z, i & 4 ? max.z : middle.z);
-        child->calcRadius();
-    }
-    return true;
-}
-
-// The children are there.
-void OctreeSplitter::divide(octreeNode* parent, const std::vector<uint32_t>& held, void (*progress)(int))
-{
-    packed::Node cubes = {};
-    packCubes(&cubes, *parent);
-    const float width = (parent->max.x - parent->min.x) * 0.5f;
-    std::vector<uint32_t> below[8];
-    for (const uint32_t number : held)
-    {
-        const Triangle& triangle = triangles[number];
-        const packed::Touched touched =
-            childrenTouched(cubes, triangle.corners, triangle.along, width >= triangle.leastWidth);
-        for (uint32_t bits = touched.surely; bits; bits &= bits - 1)
-            below[__builtin_ctz(bits)].push_back(number);
-        for (uint32_t bits = touched.perhaps; bits; bits &= bits - 1)
-        {
-            const octreeNode& child = *parent->child[__builtin_ctz(bits)];
-            if (AskedTriangle(triangle.corners).intersects(child.min, child.max))
-                below[__builtin_ctz(bits)].push_back(number);
-        }
-    }
-    parent->polys.size = 0;
-    parent->hasChildren = true;
-    for (const std::vector<uint32_t>& references : below)
-        referencesLeft -= static_cast<int64_t>(references.size());
-    for (int i = 0; i < 8; ++i)
-    {
-        octreeNode* child = parent->child[i];
-        if (mayDivide(child, below[i].size()) && addChildren(child))
-            divide(child, below[i], nullptr);
-        else
-            fill(child, below[i]);
-        if (progress)
-            progress(i);
-    }
-    parent->maxDepth = maxDepth;
-}
-
-void OctreeSplitter::fill(octreeNode* leaf, const std::vector<uint32_t>& held)
-{
-    if (held.empty())
-        return;
-    leaf->polys.items = static_cast<OTPolyData*>(std::malloc(held.size() * sizeof(OTPolyData)));
-    if (!leaf->polys.items)
-        return;
-    for (const uint32_t number : held)
-        leaf->polys.items[leaf->polys.size++] = node->polys.items[triangles[number].poly];
-    leaf->polys.room = leaf->polys.size;
 }
 
 int octreeNode::split(int maxFaces, int depthLimit, void (*progress)(int))

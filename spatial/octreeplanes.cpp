@@ -55,7 +55,7 @@ int octreeNode::createPlanes(float tolerance)
             continue;
         members.assign(1, {polys.items[i].face, polys.items[i].mesh});
         search.remove(i);
-        search.find(faces[i], &joining);
+        search.find(i, &joining);
         for (const uint32_t j : joining)
         {
             taken[j] = 1;
@@ -71,25 +71,23 @@ int octreeNode::createPlanes(float tolerance)
 void octreeNode::constructPlanes(float tolerance)
 {
     createPlanes(tolerance);
+    unifyPlanes();
     for (octreeNode* node : child)
         if (node)
             node->constructPlanes(tolerance);
 }
 
+// Numbers run on through the tree, a node before its children.
 void octreeNode::unifyPlanes()
 {
     for (Plane* plane = planes; plane; plane = plane->next)
         plane->id = planeCounter++;
-    for (octreeNode* node : child)
-        if (node)
-            node->unifyPlanes();
 }
 
 void octreeNode::makePlanes(float tolerance)
 {
     planeCounter = 0;
     whileMemoryLasts([&] { constructPlanes(tolerance); });
-    unifyPlanes();
     PackedTree::make(this);
 }
 

@@ -16,6 +16,7 @@
 // others have no margin, and all of their faces are tested.
 
 #include <cmath>
+#include <cstring>
 
 #include "spatial/packedtree.h"
 #include "vornik/scene/mesh.h"
@@ -49,6 +50,10 @@ static uint32_t bitsOf(const FourInts& v)
     return (v[0] < 0 ? 1u : 0u) | (v[1] < 0 ? 2u : 0u) | (v[2] < 0 ? 4u : 0u) | (v[3] < 0 ? 8u : 0u);
 }
 #endif
+static inline uint32_t bits(const int32_t __attribute__((vector_size(16))) & v)
+{
+    return LANES_BITS(v);
+}
 #include "spatial/packedlanes.inc"
 } // namespace narrow
 
@@ -143,11 +148,39 @@ packed::Touched childrenTouched(const packed::Node& node, const Vertex3D* corner
     return narrow::childrenTouched(node, corners, alongNormal, isPlump);
 }
 
-uint32_t lookingAway(const packed::Looks& faces, const Vertex3D& normal, int32_t material)
+const packed::Looks* firstToJoin(const packed::Looks* faces, const packed::Looks* end,
+                                 const packed::Looked& plane, uint32_t* joining)
 {
 #ifdef HAS_WIDE_LANES
     if (packedLanesAreWide)
-        return wide::lookingAway(faces, normal, material);
+        return wide::firstToJoin(faces, end, plane, joining);
 #endif
-    return narrow::lookingAway(faces, normal, material);
+    return narrow::firstToJoin(faces, end, plane, joining);
+}
+
+// The lanes are the axes, and the last asks whether the triangle may be told by its bounds.
+void findOnlyChildren(const packed::Halves& halves, const packed::Bounds* bounds, const uint32_t* numbers,
+                      size_t count, uint8_t* children)
+{
+    typedef float Four __attribute__((vector_size(16)));
+    Four low, lowEnd, highBegin, high, leastNear, mostNear;
+    std::memcpy(&low, halves.low, sizeof low);
+    std::memcpy(&lowEnd, halves.lowEnd, sizeof low);
+    std::memcpy(&highBegin, halves.highBegin, sizeof low);
+    std::memcpy(&high, halves.high, sizeof low);
+    std::memcpy(&leastNear, halves.leastNear, sizeof low);
+    std::memcpy(&mostNear, halves.mostNear, sizeof low);
+    for (size_t i = 0; i < count; ++i)
+    {
+        Four least, most;
+        std::memcpy(&least, bounds[numbers[i]].least, sizeof least);
+        std::memcpy(&most, bounds[numbers[i]].most, sizeof most);
+        const auto isBelow = (most >= low) & (most < lowEnd);
+        const auto isAbove = (least > highBegin) & (least <= high);
+        const auto isTold = (isBelow | isAbove) & (least >= leastNear) & (most <= mostNear);
+        const uint32_t across = narrow::bits((least < low) | (most > high));
+        // A corner is inside as long as the triangle leaves the node along one axis only.
+        const bool isSure = narrow::bits(isTold) == 15 && (across & (across - 1)) == 0;
+        children[i] = isSure ? static_cast<uint8_t>(1u << narrow::bits(isAbove)) : 0;
+    }
 }

@@ -233,13 +233,18 @@ private:
         int32_t leaf = -1;
     };
 
+    struct Centre
+    {
+        float at[3]; ///< of a face, three times over
+        uint32_t place;
+    };
+
     bool addNode(octreeNode* node, int depth);
-    int32_t childCode(octreeNode* node, int depth);
     int32_t addLeaf(octreeNode* node);
     Source* sourceOf(Mesh* mesh);
     void copyMesh(Mesh* mesh, Source* source);
     void noteFace(const OTPolyData& poly);
-    void sort(uint32_t* order, size_t count);
+    static void sort(Centre* first, size_t count);
     void packParts(Leaf* leaf);
     void packPlanes(Leaf* leaf);
     template <class T>
@@ -252,7 +257,7 @@ private:
     std::unordered_map<Mesh*, std::unique_ptr<Source>> sources;
     Source* last = nullptr;
     std::vector<Source*> ofLeaf; ///< the meshes of the leaf at hand
-    std::vector<Vertex3D> centres;
+    std::vector<Centre> centres;
     char* free = nullptr;
     size_t freeBytes = 0;
     size_t largestLeaf = 0;
@@ -389,36 +394,33 @@ void TreePacker::noteFace(const OTPolyData& poly)
     for (const uint16_t vertex : {face.a, face.b, face.c})
         noteChunks(sizeof(Vertex3D) * vertex, sizeof(Vertex3D), copy.vertexBytes, leaf, &source->vertexMarks,
                    &source->vertexChunks);
-    centres.push_back(source->world[face.a] + source->world[face.b] + source->world[face.c]);
+    const Vertex3D sum = source->world[face.a] + source->world[face.b] + source->world[face.c];
+    centres.push_back({{sum.x, sum.y, sum.z}, static_cast<uint32_t>(centres.size())});
 }
 
 // Brings faces together that lie together, eight by eight.
-void TreePacker::sort(uint32_t* order, size_t count)
+void TreePacker::sort(Centre* first, size_t count)
 {
     if (count <= width)
         return;
-    const auto component = [&](uint32_t face, int axis) { return (&centres[face].x)[axis]; };
+    float low[3], high[3];
+    std::copy_n(first->at, 3, low);
+    std::copy_n(first->at, 3, high);
+    for (size_t i = 1; i < count; ++i)
+        for (int axis = 0; axis < 3; ++axis)
+        {
+            low[axis] = std::min(low[axis], first[i].at[axis]);
+            high[axis] = std::max(high[axis], first[i].at[axis]);
+        }
     int longest = 0;
-    float extent = -1.0f;
-    for (int axis = 0; axis < 3; ++axis)
-    {
-        float low = component(order[0], axis), high = low;
-        for (size_t i = 1; i < count; ++i)
-        {
-            low = std::min(low, component(order[i], axis));
-            high = std::max(high, component(order[i], axis));
-        }
-        if (high - low > extent)
-        {
-            extent = high - low;
+    for (int axis = 1; axis < 3; ++axis)
+        if (high[axis] - low[axis] > high[longest] - low[longest])
             longest = axis;
-        }
-    }
     const size_t half = (count / 2 + width - 1) / width * width;
-    std::nth_element(order, order + half, order + count,
-                     [&](uint32_t a, uint32_t b) { return component(a, longest) < component(b, longest); });
-    sort(order, half);
-    sort(order + half, count - half);
+    std::nth_element(first, first + half, first + count,
+                     [longest](const Centre& a, const Centre& b) { return a.at[longest] < b.at[longest]; });
+    sort(first, half);
+    sort(first + half, count - half);
 }
 
 void TreePacker::packParts(Leaf* leaf)
@@ -486,9 +488,9 @@ int32_t TreePacker::addLeaf(octreeNode* node)
     leaf->normals = take<Normals>(blocks);
     leaf->faces = take<Faces>(blocks);
     leaf->order = take<uint32_t>(blocks * width);
+    sort(centres.data(), count);
     for (size_t i = 0; i < count; ++i)
-        leaf->order[i] = static_cast<uint32_t>(i);
-    sort(leaf->order, count);
+        leaf->order[i] = centres[i].place;
     for (size_t i = count; i < blocks * width; ++i)
         for (float* component : leaf->normals[blocks - 1].normal)
             component[i % width] = std::numeric_limits<float>::quiet_NaN();

@@ -41,11 +41,33 @@ struct Touched
     uint32_t surely, perhaps; ///< in none of them: surely not
 };
 
-/// Eight faces that are to be grouped into planes.
+/// Bounds of a triangle.
+struct alignas(16) Bounds
+{
+    float least[4], most[4]; ///< the fourth are -32 * AskedTriangle::leastWidth() and 0
+};
+
+/// Where the bounds of a triangle may lie for it to be in one child of a node alone.
+struct alignas(16) Halves
+{
+    float low[4], lowEnd[4];         ///< of the lower half
+    float highBegin[4], high[4];     ///< of the upper half
+    float leastNear[4], mostNear[4]; ///< of all
+};
+
+/// Eight faces that are to be grouped into planes, by their first corners.
 struct alignas(32) Looks
 {
-    float normal[3][width];
+    float normal[3][width], point[3][width];
     int32_t material[width];
+};
+
+/// A plane that faces may join.
+struct Looked
+{
+    Vertex3D normal, point;
+    int32_t material;
+    float tolerance;
 };
 
 /// Eight faces in the world, for intersect2: a corner and the edges from there.
@@ -222,6 +244,14 @@ void packCubes(packed::Node* packedNode, const octreeNode& node);
 /// @param isPlump      see AskedTriangle
 packed::Touched childrenTouched(const packed::Node& node, const Vertex3D* corners, int alongNormal,
                                 bool isPlump);
-/// Bits of the faces with a material whose normal's product with a normal is below 0.0001.
-uint32_t lookingAway(const packed::Looks& faces, const Vertex3D& normal, int32_t material);
+/// Looks for faces with a plane's material whose first corner lies in it and whose normal's product with its
+/// own is below 0.0001. @param joining  [out] their bits in the block that is returned
+/// @return end if there are none
+const packed::Looks* firstToJoin(const packed::Looks* faces, const packed::Looks* end,
+                                 const packed::Looked& plane, uint32_t* joining);
+/// Finds triangles that lie in one child of a node and surely apart from the others.
+/// @param numbers   [count] of the triangles
+/// @param children  [out, count] the bit of the child; 0 where bounds don't tell
+void findOnlyChildren(const packed::Halves& halves, const packed::Bounds* bounds, const uint32_t* numbers,
+                      size_t count, uint8_t* children);
 packed::Ray packedRay(const Vertex3D& start, const Vertex3D& end);

@@ -10,6 +10,7 @@
 #include <cmath>
 
 static const uint32_t noFace = UINT32_MAX;
+static const size_t few = 4096; // faces that are compared each with each
 
 bool belongsTo(const WorldFace& face, const WorldFace& first, float tolerance)
 {
@@ -39,8 +40,35 @@ static bool isFinite(const WorldFace& face)
 }
 
 PlaneSearch::PlaneSearch(const std::vector<WorldFace>& all, float planeTolerance)
-    : faces(all), tolerance(planeTolerance), placeOf(all.size(), noFace), taken(all.size(), 0)
+    : faces(all), tolerance(planeTolerance), taken(all.size(), 0)
 {
+    if (faces.size() > few)
+    {
+        buildHierarchy();
+        return;
+    }
+    looks.resize((faces.size() + packed::width - 1) / packed::width);
+    order.assign(looks.size() * packed::width, noFace);
+    for (size_t i = 0; i < faces.size(); ++i)
+        place(static_cast<uint32_t>(i), i);
+}
+
+void PlaneSearch::place(uint32_t face, size_t at)
+{
+    packed::Looks& block = looks[at / packed::width];
+    const size_t lane = at % packed::width;
+    for (int axis = 0; axis < 3; ++axis)
+    {
+        block.normal[axis][lane] = valueOf(faces[face], 3, axis);
+        block.point[axis][lane] = valueOf(faces[face], 0, axis);
+    }
+    block.material[lane] = faces[face].material;
+    order[at] = face;
+}
+
+void PlaneSearch::buildHierarchy()
+{
+    placeOf.assign(faces.size(), noFace);
     std::vector<uint32_t> sorted;
     for (size_t i = 0; i < faces.size(); ++i)
         if (isFinite(faces[i]))
@@ -103,7 +131,15 @@ void PlaneSearch::build(size_t node, size_t leaves, uint32_t* begin, uint32_t* e
 {
     bound(&nodes[node], begin, end);
     if (leaves == 1)
-        return makeLeaf(node, begin, end);
+    {
+        size_t at = (node - firstLeaf) * packed::width;
+        for (; begin != end; ++begin, ++at)
+        {
+            place(*begin, at);
+            placeOf[*begin] = static_cast<uint32_t>(at);
+        }
+        return;
+    }
     const auto [part, axis] = widest(nodes[node]);
     uint32_t* middle =
         begin + std::min<ptrdiff_t>(static_cast<ptrdiff_t>(leaves / 2 * packed::width), end - begin);
@@ -115,26 +151,12 @@ void PlaneSearch::build(size_t node, size_t leaves, uint32_t* begin, uint32_t* e
     build(2 * node + 1, leaves / 2, middle, end);
 }
 
-void PlaneSearch::makeLeaf(size_t node, const uint32_t* begin, const uint32_t* end)
-{
-    const size_t leaf = node - firstLeaf;
-    for (const uint32_t* at = begin; at != end; ++at)
-    {
-        const size_t lane = static_cast<size_t>(at - begin);
-        for (int axis = 0; axis < 3; ++axis)
-            looks[leaf].normal[axis][lane] = valueOf(faces[*at], 3, axis);
-        looks[leaf].material[lane] = faces[*at].material;
-        order[leaf * packed::width + lane] = *at;
-        placeOf[*at] = static_cast<uint32_t>(leaf * packed::width + lane);
-    }
-}
-
 void PlaneSearch::remove(size_t face)
 {
     if (taken[face])
         return;
     taken[face] = 1;
-    if (placeOf[face] == noFace)
+    if (nodes.empty() || placeOf[face] == noFace)
         return;
     for (size_t node = firstLeaf + placeOf[face] / packed::width; node > 0; node /= 2)
         --nodes[node].left;
@@ -180,10 +202,33 @@ bool PlaneSearch::mayHold(const Node& node, const WorldFace& first) const
     return true;
 }
 
-void PlaneSearch::find(const WorldFace& first, std::vector<uint32_t>* found) const
+// Finds those of some leaves.
+void PlaneSearch::ask(size_t begin, size_t end, size_t first, std::vector<uint32_t>* found) const
+{
+    const WorldFace& face = faces[first];
+    const packed::Looked plane = {face.normal, face.corners[0], face.material, tolerance};
+    const packed::Looks* const all = looks.data();
+    uint32_t bits = 0;
+    for (const packed::Looks* at = all + begin; (at = firstToJoin(at, all + end, plane, &bits)) != all + end;
+         ++at)
+        for (; bits; bits &= bits - 1)
+        {
+            const size_t place = static_cast<size_t>(at - all) * packed::width;
+            const uint32_t other = order[place + static_cast<size_t>(__builtin_ctz(bits))];
+            if (other != noFace && !taken[other] && belongsTo(faces[other], face, tolerance))
+                found->push_back(other);
+        }
+}
+
+void PlaneSearch::find(size_t first, std::vector<uint32_t>* found) const
 {
     found->clear();
-    if (!isFinite(first))
+    if (nodes.empty())
+    {
+        ask(first / packed::width, looks.size(), first, found);
+        return;
+    }
+    if (!isFinite(faces[first]))
         return;
     size_t waiting[64];
     int count = 0;
@@ -191,22 +236,15 @@ void PlaneSearch::find(const WorldFace& first, std::vector<uint32_t>* found) con
     while (count > 0)
     {
         const size_t node = waiting[--count];
-        if (!mayHold(nodes[node], first))
+        if (!mayHold(nodes[node], faces[first]))
             continue;
         if (node < firstLeaf)
         {
             waiting[count++] = 2 * node;
             waiting[count++] = 2 * node + 1;
-            continue;
         }
-        const size_t leaf = node - firstLeaf;
-        for (uint32_t away = lookingAway(looks[leaf], first.normal, first.material); away; away &= away - 1)
-        {
-            const uint32_t face = order[leaf * packed::width + static_cast<size_t>(__builtin_ctz(away))];
-            if (face != noFace && !taken[face] &&
-                belongsTo(faces[face], first, static_cast<float>(tolerance)))
-                found->push_back(face);
-        }
+        else
+            ask(node - firstLeaf, node - firstLeaf + 1, first, found);
     }
     std::sort(found->begin(), found->end());
 }

@@ -1,5 +1,5 @@
-// Which faces may join the plane of a face: a hierarchy over places and directions, for leaves of so many
-// faces that comparing each with each would take hours.
+// Which faces may join the plane of a face: each is held against eight at a time, and in leaves of so many
+// faces that this would take hours a hierarchy over places and directions chooses which.
 #pragma once
 
 #include <cstdint>
@@ -26,8 +26,8 @@ class PlaneSearch
 public:
     PlaneSearch(const std::vector<WorldFace>& all, float planeTolerance);
     void remove(size_t face);
-    /// Those that belong to a face, in ascending order. Asks each that it can't rule out.
-    void find(const WorldFace& first, std::vector<uint32_t>* found) const;
+    /// Those behind a face that belong to it, in ascending order. Asks each that it can't rule out.
+    void find(size_t first, std::vector<uint32_t>* found) const;
 
 private:
     // What the faces below a node come to.
@@ -38,18 +38,22 @@ private:
         uint32_t left; ///< faces that have no plane yet
     };
 
+    void buildHierarchy();
     void build(size_t node, size_t leaves, uint32_t* begin, uint32_t* end);
     void bound(Node* node, const uint32_t* begin, const uint32_t* end) const;
     std::pair<int, int> widest(const Node& node) const;
-    void makeLeaf(size_t node, const uint32_t* begin, const uint32_t* end);
+    void place(uint32_t face, size_t at);
     bool mayHold(const Node& node, const WorldFace& first) const;
+    void ask(size_t begin, size_t end, size_t first, std::vector<uint32_t>* found) const;
 
     const std::vector<WorldFace>& faces;
-    double tolerance;
-    size_t firstLeaf = 1; // nodes stand as in a heap: those below n are 2n and 2n + 1
-    std::vector<Node> nodes;
+    float tolerance;
     std::vector<packed::Looks> looks; // of the leaves
     std::vector<uint32_t> order;      // faces by leaf, eight places each
-    std::vector<uint32_t> placeOf;    // of each face in order
     std::vector<char> taken;
+
+    // Of many faces; few stand in the leaves as they come.
+    size_t firstLeaf = 1; // nodes stand as in a heap: those below n are 2n and 2n + 1
+    std::vector<Node> nodes;
+    std::vector<uint32_t> placeOf; // of each face in order
 };

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cfloat>
 #include <cmath>
 #include <filesystem>
@@ -12,41 +13,13 @@
 #include <set>
 #include <vector>
 
+#include "tests/spatial/octreeprobe.h"
+#include "tests/spatial/plaincube.h"
 #include "tests/spatial/randomgroup.h"
 #include "tests/support/engine.h"
 #include "tests/support/testmesh.h"
 #include "tests/support/workingfolder.h"
 #include "vornik/scene/ogroup.h"
-
-// The private operations, for tests.
-struct OctreeProbe
-{
-    static bool pointInside(octreeNode& node, Vertex3D* p) { return node.pointInside(p); }
-    static bool polyInside(octreeNode& node, Vertex3D* t) { return node.polyInside(t); }
-    static int setBounds(octreeNode& node, int axis) { return node.setBounds(axis, -1, 2); }
-    static int checkBounds(octreeNode& node, Vertex3D* v) { return node.checkBounds(v); }
-    static void combine(octreeNode& node, octreeNode* root) { node.combinePlanes(root, 0.001f); }
-};
-
-using Leaves = std::vector<octreeNode*>;
-
-static void collectLeaves(octreeNode* node, Leaves* leaves)
-{
-    if (!node->hasChildren)
-    {
-        leaves->push_back(node);
-        return;
-    }
-    for (octreeNode* child : node->child)
-        collectLeaves(child, leaves);
-}
-
-static Leaves leavesOf(octreeNode* root)
-{
-    Leaves leaves;
-    collectLeaves(root, &leaves);
-    return leaves;
-}
 
 class Octree : public EngineTest
 {
@@ -78,7 +51,6 @@ protected:
                               static_cast<float>(i / side / side)});
         return places;
     }
-    static Leaves leavesOf(octreeNode* node) { return ::leavesOf(node); }
 
     std::unique_ptr<Mesh> mesh;
     std::unique_ptr<octreeNode> root;
@@ -113,6 +85,11 @@ __attribute__((noipa, no_sanitize("undefined"))) static void askNullNode(octreeN
     EXPECT_EQ(none->traverseSphere(&point, 1, out, 30), 0);
     EXPECT_EQ(none->traverseRay(&point, &point, out, 30), 0);
     EXPECT_EQ(none->traverseRayOLD(&point, &point, out, 30), 0);
+    EXPECT_EQ(OctreeProbe::setBounds(*none, 0), 1);
+    EXPECT_EQ(OctreeProbe::checkBounds(*none, &point), 1);
+    EXPECT_FALSE(OctreeProbe::pointInside(*none, &point));
+    const Vertex3D triangle[3] = {point, point, point};
+    EXPECT_FALSE(OctreeProbe::polyInside(*none, const_cast<Vertex3D*>(triangle)));
 }
 
 TEST_F(Octree, NullNodesAnswer)
@@ -135,13 +112,51 @@ TEST_F(Octree, NullArguments)
     EXPECT_FALSE(OctreeProbe::polyInside(node, nullptr));
     EXPECT_EQ(node.split(0, 5, nullptr), 2);
     EXPECT_EQ(node.split(5, 0, nullptr), 2);
-    octreeNode* out[30];
-    Vertex3D point = {0, 0, 0};
     EXPECT_EQ(node.traverse(nullptr), nullptr);
-    EXPECT_EQ(node.traverseNearest(&point, 1, nullptr, 30), 0);
-    EXPECT_EQ(node.traverseSphere(nullptr, 1, out, 30), 0);
-    EXPECT_EQ(node.traverseRay(&point, nullptr, out, 30), 0);
-    EXPECT_EQ(node.traverseRayOLD(&point, &point, out, 0), 0);
+}
+
+TEST_F(Octree, WalksWithoutAPlaceToBeginOrToStoreFindNothing)
+{
+    octreeNode* node = plant(grid(4));
+    octreeNode* out[30] = {};
+    Vertex3D a = {1, 1, 1}, b = {2, 2, 2};
+    EXPECT_EQ(node->traverseNearest(nullptr, 1, out, 30), 0);
+    EXPECT_EQ(node->traverseNearest(&a, 1, nullptr, 30), 0);
+    EXPECT_EQ(node->traverseSphere(nullptr, 1, out, 30), 0);
+    EXPECT_EQ(node->traverseSphere(&a, 1, nullptr, 30), 0);
+    EXPECT_EQ(node->traverseSphere(&a, 1, out, 0), 0);
+    for (const auto walk : {&octreeNode::traverseRay, &octreeNode::traverseRayOLD})
+    {
+        EXPECT_EQ((node->*walk)(nullptr, &b, out, 30), 0);
+        EXPECT_EQ((node->*walk)(&a, nullptr, out, 30), 0);
+        EXPECT_EQ((node->*walk)(&a, &b, nullptr, 30), 0);
+        EXPECT_EQ((node->*walk)(&a, &b, out, 0), 0);
+        EXPECT_EQ((node->*walk)(&a, &b, out, -1), 0);
+    }
+    octreeNode leaf; // stores itself, if there is room
+    leaf.min = {0, 0, 0};
+    leaf.max = {4, 4, 4};
+    EXPECT_EQ(leaf.traverseSphere(&a, 1, out, 0), 0);
+    EXPECT_EQ(leaf.traverseSphere(&a, 1, nullptr, 4), 0);
+    EXPECT_EQ(out[0], nullptr);
+}
+
+TEST_F(Octree, NodesHoldWhatLiesOnTheirSides)
+{
+    octreeNode node;
+    node.min = {1, 2, 3};
+    node.max = {5, 7, 9};
+    for (Vertex3D p : {node.min, node.max, Vertex3D{1, 7, 9}, Vertex3D{5, 2, 3}})
+        EXPECT_TRUE(OctreeProbe::pointInside(node, &p));
+    for (int axis = 0; axis < 3; ++axis)
+        for (const float beyond : {-10.0f, 10.0f})
+        {
+            Vertex3D p = {3, 4, 5};
+            (&p.x)[axis] += beyond;
+            EXPECT_FALSE(OctreeProbe::pointInside(node, &p));
+            (&p.x)[axis] = std::nanf("");
+            EXPECT_FALSE(OctreeProbe::pointInside(node, &p));
+        }
 }
 
 TEST_F(Octree, BoundsGrowFromTheOrigin)
@@ -152,6 +167,16 @@ TEST_F(Octree, BoundsGrowFromTheOrigin)
     EXPECT_EQ(fresh.min.x, -5.0f);
     EXPECT_EQ(fresh.max.x, FLT_MIN); // a little above nought
     EXPECT_FLOAT_EQ(fresh.radius, 3 * 2.5f * 2.5f);
+    EXPECT_EQ(fresh.min.y, -6.0f);
+    EXPECT_EQ(fresh.min.z, -7.0f);
+    Vertex3D higher = {1, 2, 3}, within = {0, 0, 0};
+    EXPECT_EQ(OctreeProbe::checkBounds(fresh, &higher), 0);
+    EXPECT_EQ(OctreeProbe::checkBounds(fresh, &within), 0);
+    EXPECT_EQ(fresh.min.z, -7.0f);
+    EXPECT_EQ(fresh.max.x, 1.0f);
+    EXPECT_EQ(fresh.max.y, 2.0f);
+    EXPECT_EQ(fresh.max.z, 3.0f);
+    EXPECT_EQ(fresh.radius, 27.0f);
     octreeNode still;
     still.insert(mesh.get(), 0, false);
     EXPECT_EQ(still.polys.size, 1);
@@ -223,6 +248,20 @@ TEST_F(Octree, SizeBecomesThatOfACube)
     EXPECT_EQ(node.min.y, 10.0f);
     EXPECT_EQ(node.max.z, 4.0f);
     EXPECT_EQ(node.radius, 48.0f);
+    for (int axis = 0; axis < 3; ++axis)
+    {
+        octreeNode flat;
+        flat.min = {2, 2, 2};
+        flat.max = {3, 3, 3};
+        (&flat.max.x)[axis] = 12;
+        flat.adjustSize();
+        for (int other = 0; other < 3; ++other)
+        {
+            EXPECT_EQ((&flat.min.x)[other], other == axis ? 2.0f : -2.5f);
+            EXPECT_EQ((&flat.max.x)[other], other == axis ? 12.0f : 7.5f);
+        }
+        EXPECT_EQ(flat.radius, 75.0f);
+    }
 }
 
 TEST_F(Octree, FiveFacesStayTogetherAndSixDivide)
@@ -234,6 +273,12 @@ TEST_F(Octree, FiveFacesStayTogetherAndSixDivide)
     EXPECT_EQ(node->maxDepth, 5);
     EXPECT_EQ(node->child[7]->depth, 1);
     EXPECT_EQ(node->child[7]->polys.size, 1);
+    const float half = (node->child[7]->max.x - node->child[7]->min.x) * 0.5f;
+    EXPECT_FLOAT_EQ(node->child[7]->radius, 3 * half * half);
+    EXPECT_GE(node->polys.room, 6); // the storage stays
+    EXPECT_NE(node->polys.items, nullptr);
+    for (const octreeNode* child : node->child) // also where nothing lies
+        EXPECT_NE(child, nullptr);
     EXPECT_EQ(node->child[5]->min.x, node->child[0]->max.x);
     EXPECT_EQ(node->child[5]->min.y, node->min.y);
     EXPECT_EQ(node->child[5]->min.z, node->child[0]->max.z);
@@ -288,6 +333,47 @@ TEST_F(Octree, ProgressCountsTheChildrenOfThisNode)
     reported.clear();
     node.split(2, 5, [](int i) { reported.push_back(i); });
     EXPECT_EQ(reported, (std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7}));
+    node.split(2, 5, [](int i) { reported.push_back(i); });
+    EXPECT_EQ(reported.size(), 8u); // it is divided already
+}
+
+// Down to the first child that holds the point, level by level.
+static octreeNode* plainLeaf(octreeNode* node, const Vertex3D& p)
+{
+    const auto holds = [&p](const octreeNode& n)
+    {
+        return p.x >= n.min.x && p.x <= n.max.x && p.y >= n.min.y && p.y <= n.max.y && p.z >= n.min.z &&
+               p.z <= n.max.z;
+    };
+    if (!holds(*node))
+        return nullptr;
+    while (node && node->hasChildren)
+    {
+        octreeNode** first =
+            std::find_if(node->child, node->child + 8, [&](octreeNode* n) { return holds(*n); });
+        node = first == node->child + 8 ? nullptr : *first;
+    }
+    return node;
+}
+
+TEST_F(Octree, PointsAreFoundInTheFirstChildrenThatHoldThem)
+{
+    octreeNode* node = plant(grid(6), 2);
+    std::mt19937 random(18);
+    const Leaves all = leavesOf(node);
+    for (int round = 0; round < 3000; ++round)
+    {
+        // Coordinates of corners of leaves, which are borders of others.
+        Vertex3D p;
+        for (int axis = 0; axis < 3; ++axis)
+        {
+            const octreeNode& leaf = *all[random() % all.size()];
+            (&p.x)[axis] = (&(random() % 2 ? leaf.min : leaf.max).x)[axis];
+            if (random() % 4 == 0)
+                (&p.x)[axis] = anyNumber(random, 8);
+        }
+        ASSERT_EQ(node->traverse(&p), plainLeaf(node, p)) << round;
+    }
 }
 
 TEST_F(Octree, PointsOnBordersBelongToTheLowestChild)
@@ -372,6 +458,23 @@ TEST_F(Octree, SpheresFindLeavesByTheSumOfSquares)
     Vertex3D centre = {1, 1, 1}, outside = {100, 0, 0};
     EXPECT_EQ(node->traverseSphere(&centre, 0, out, 4), 0);
     EXPECT_EQ(node->traverseSphere(&outside, 500, out, 4), 0);
+    // What is just out of reach: centres are 4 apart, and 2 * 2 + 12 is not more than 4 * 4.
+    octreeNode eight;
+    eight.min = {0, 0, 0};
+    eight.max = {8, 8, 8};
+    eight.adjustSize();
+    for (int i = 0; i < 6; ++i)
+        eight.insert(mesh.get(), i, false);
+    ASSERT_EQ(eight.split(5, 1, nullptr), 0);
+    ASSERT_FALSE(eight.child[7]->hasChildren);
+    Vertex3D there = {2, 6, 6};
+    Leaves found(64);
+    found.resize(static_cast<size_t>(eight.traverseSphere(&there, 2, found.data(), 64)));
+    EXPECT_EQ(std::count(found.begin(), found.end(), eight.child[6]), 1);
+    EXPECT_EQ(std::count(found.begin(), found.end(), eight.child[7]), 0);
+    found.resize(64);
+    found.resize(static_cast<size_t>(eight.traverseSphere(&there, 2.01f, found.data(), 64)));
+    EXPECT_EQ(std::count(found.begin(), found.end(), eight.child[7]), 1);
     octreeNode* undivided = plant({{0, 0, 0}, {9, 9, 9}});
     Vertex3D corner = {9, 9, 9};
     EXPECT_EQ(undivided->traverseSphere(&corner, 0.0001f, out, 4), 1);
@@ -403,6 +506,81 @@ TEST_F(Octree, RaysFindTheLeavesThatTheyPass)
     octreeNode* out[4];
     Vertex3D outside = {100, 0, 0}, inside = {1, 1, 1};
     EXPECT_EQ(node->traverseRay(&outside, &inside, out, 4), 0);
+}
+
+TEST_F(Octree, RaysFindNoNodeWithoutWidth)
+{
+    octreeNode flat;
+    flat.min = flat.max = {1, 1, 1};
+    octreeNode* out[4];
+    Vertex3D here = {1, 1, 1}, there = {2, 2, 2};
+    EXPECT_EQ(flat.traverse(&here), &flat);
+    EXPECT_EQ(flat.traverseRay(&here, &here, out, 4), 0);
+    EXPECT_EQ(flat.traverseRay(&here, &there, out, 4), 0);
+    EXPECT_EQ(flat.traverseRayOLD(&here, &here, out, 4), 0);
+}
+
+// The samples of the old walk, one by one.
+static Leaves plainOldWalk(octreeNode* node, const Vertex3D& start, const Vertex3D& end, size_t most)
+{
+    const float step = (node->max.x - node->min.x) / static_cast<float>(1 << (node->maxDepth + 3));
+    const float d[3] = {(end.x - start.x) / step, (end.y - start.y) / step, (end.z - start.z) / step};
+    float p[3] = {start.x / step, start.y / step, start.z / step}, by[3];
+    const float m = maximum(d[0], d[1], d[2]);
+    int along = 2;
+    for (int axis = 2; axis >= 0; --axis)
+        if (m == d[axis])
+            along = axis;
+    for (int axis = 0; axis < 3; ++axis)
+    {
+        by[axis] = axis == along ? 1.0f : std::fabs(d[axis] / d[along]);
+        if (d[axis] < 0)
+            by[axis] = -by[axis];
+    }
+    Leaves found;
+    for (int i = 0; m != 0 && static_cast<float>(i) < std::fabs(m); ++i)
+    {
+        Vertex3D sample = {p[0] * step, p[1] * step, p[2] * step};
+        octreeNode* leaf = node->traverse(&sample);
+        if (leaf && (found.empty() || found.back() != leaf))
+        {
+            if (found.size() == most)
+                break;
+            found.push_back(leaf);
+        }
+        for (int axis = 0; axis < 3; ++axis)
+            p[axis] += by[axis];
+    }
+    return found;
+}
+
+TEST_F(Octree, OldWalkFindsTheLeavesOfItsSamples)
+{
+    octreeNode* node = plant(grid(6), 2);
+    std::mt19937 random(19);
+    const auto onSide = [&] { return random() % 2 ? node->min.x : node->max.x; };
+    size_t longest = 0;
+    for (int round = 0; round < 600; ++round)
+    {
+        Vertex3D start = anyPoint(random, 2.4f) + Vertex3D{2.5f, 2.5f, 2.5f};
+        Vertex3D end = anyPoint(random, 2.4f) + Vertex3D{2.5f, 2.5f, 2.5f};
+        if (round % 3 == 0) // along an axis, and equally fast along two
+            end = {start.x, start.y + (round % 2 ? 1.0f : -1.0f), start.z + (round % 6 ? 1.0f : 0.0f)};
+        if (round % 7 == 0) // from sides of the tree, where rounding leaves it
+            (&start.x)[round % 3] = onSide();
+        if (round % 5 == 0)
+            (&end.x)[round % 3] = onSide();
+        if (!node->traverse(&start) || !node->traverse(&end))
+            continue;
+        for (const int most : {600, 3})
+        {
+            Leaves out(600);
+            out.resize(static_cast<size_t>(node->traverseRayOLD(&start, &end, out.data(), most)));
+            ASSERT_EQ(out, plainOldWalk(node, start, end, static_cast<size_t>(most))) << round;
+            longest = std::max(longest, out.size());
+        }
+    }
+    EXPECT_GT(longest, 10u);
 }
 
 TEST_F(Octree, OldWalkGoesAlongTheRay)
@@ -449,403 +627,4 @@ TEST_F(Octree, EmptyTreeFindsNothing)
     node.makePlanes(0.001f);
     EXPECT_EQ(node.planes, nullptr);
     EXPECT_EQ(node.destroyPlanes(), 0);
-}
-
-TEST(CubeGeometry, SegmentsAgainstTheCube)
-{
-    const auto hits = [](Vertex3D p, Vertex3D q) { return segmentIntersectsCube(&p, &q); };
-    EXPECT_TRUE(hits({0, 0, 0}, {0.1f, 0, 0})); // wholly inside
-    EXPECT_TRUE(hits({0, 0, 0}, {0, 0, 0}));
-    EXPECT_TRUE(hits({-2, 0, 0}, {2, 0, 0}));
-    EXPECT_TRUE(hits({-2, 0.5f, 0.5f}, {2, 0.5f, 0.5f})); // along an edge
-    EXPECT_FALSE(hits({-2, 0.51f, 0}, {2, 0.51f, 0}));
-    EXPECT_FALSE(hits({-2, 0, 0}, {-0.6f, 0, 0}));
-    EXPECT_FALSE(hits({0.6f, 0, 0}, {2, 0, 0}));
-    EXPECT_TRUE(hits({-1, 0, 0}, {0, 1, 0})); // touches an edge
-    EXPECT_FALSE(hits({-1.1f, 0, 0}, {0, 1.1f, 0}));
-}
-
-// A point of the triangle in the cube, found by a fine net: a hit that can't be denied.
-static bool hasNetPointInCube(const Vertex3D* t, float half)
-{
-    const int n = 40;
-    for (int i = 0; i <= n; ++i)
-        for (int j = 0; i + j <= n; ++j)
-        {
-            const float u = float(i) / n, v = float(j) / n, w = 1 - u - v;
-            const Vertex3D p = {t[0].x * w + t[1].x * u + t[2].x * v, t[0].y * w + t[1].y * u + t[2].y * v,
-                                t[0].z * w + t[1].z * u + t[2].z * v};
-            if (std::fabs(p.x) <= half && std::fabs(p.y) <= half && std::fabs(p.z) <= half)
-                return true;
-        }
-    return false;
-}
-
-TEST(CubeGeometry, TrianglesAgainstTheCube)
-{
-    std::mt19937 random(5);
-    int hits = 0, misses = 0;
-    for (int round = 0; round < 4000; ++round)
-    {
-        const Vertex3D t[3] = {anyPoint(random, 2), anyPoint(random, 2), anyPoint(random, 2)};
-        const Vertex3D normal = calcPlaneNormal(&t[0], &t[1], &t[2]);
-        const bool result = polygonIntersectsCube(t, &normal);
-        ++(result ? hits : misses);
-        EXPECT_TRUE(result || !hasNetPointInCube(t, 0.499f));
-        EXPECT_TRUE(!result || hasNetPointInCube(t, 0.65f));
-    }
-    EXPECT_GT(hits, 500);
-    EXPECT_GT(misses, 500);
-    const Vertex3D point[3] = {{2, 2, 2}, {2, 2, 2}, {2, 2, 2}}, none = {0, 0, 0};
-    EXPECT_FALSE(polygonIntersectsCube(point, &none));
-}
-
-// Without any shortcut.
-static bool plainTriangleIntersectsBox(const Vertex3D* t, const Vertex3D& min, const Vertex3D& max)
-{
-    const float w = max.x - min.x;
-    if (w == 0)
-        return false;
-    const float s = 1 / (w * 1.01f);
-    const Vertex3D c = {(min.x + max.x) * 0.5f, (min.y + max.y) * 0.5f, (min.z + max.z) * 0.5f};
-    Vertex3D moved[3];
-    for (int i = 0; i < 3; ++i)
-        moved[i] = {(t[i].x - c.x) * s, (t[i].y - c.y) * s, (t[i].z - c.z) * s};
-    const Vertex3D normal = calcPlaneNormal(&t[0], &t[1], &t[2]);
-    return polygonIntersectsCube(moved, &normal);
-}
-
-TEST(CubeGeometry, BoxesAnswerAsWithoutShortcuts)
-{
-    std::mt19937 random(15);
-    int hits = 0;
-    for (int round = 0; round < 200000; ++round)
-    {
-        const float size = round % 3 == 0 ? 0.001f : round % 3 == 1 ? 1.0f : 50.0f;
-        const Vertex3D low = anyPoint(random, 5), about = low + anyPoint(random, 2) + anyPoint(random, size);
-        const float width = 0.001f + std::fabs(anyNumber(random, 3));
-        const Vertex3D high = {low.x + width, low.y + width, low.z + width};
-        Vertex3D t[3] = {about + anyPoint(random, size), about + anyPoint(random, size),
-                         about + anyPoint(random, size)};
-        if (round % 17 == 0)
-            t[1] = t[0];
-        if (round % 5 == 0)
-            t[0].z = t[1].z = t[2].z = high.z; // on a side
-        const bool result = triangleIntersectsBox(t, &low, &high);
-        ASSERT_EQ(result, plainTriangleIntersectsBox(t, low, high)) << round;
-        hits += result;
-    }
-    EXPECT_GT(hits, 10000);
-}
-
-// Dividing as it is defined, one child after the other.
-static void expectPlainDivision(octreeNode* node, const std::vector<OTPolyData>& held)
-{
-    if (held.size() <= 5 || node->depth > 5)
-    {
-        EXPECT_FALSE(node->hasChildren);
-        ASSERT_EQ(node->polys.size, static_cast<int>(held.size()));
-        for (size_t i = 0; i < held.size(); ++i)
-        {
-            EXPECT_EQ(node->polys.items[i].mesh, held[i].mesh);
-            EXPECT_EQ(node->polys.items[i].face, held[i].face);
-        }
-        return;
-    }
-    ASSERT_TRUE(node->hasChildren);
-    EXPECT_EQ(node->polys.size, 0);
-    EXPECT_EQ(node->maxDepth, 5);
-    for (int i = 0; i < 8; ++i)
-    {
-        std::vector<OTPolyData> below;
-        for (const OTPolyData& poly : held)
-        {
-            const Facelist& f = poly.mesh->faces[poly.face];
-            const Vertex3D* v = poly.mesh->calculatedVertices;
-            const Vertex3D corners[3] = {v[f.a] + poly.mesh->position, v[f.b] + poly.mesh->position,
-                                         v[f.c] + poly.mesh->position};
-            if (plainTriangleIntersectsBox(corners, node->child[i]->min, node->child[i]->max))
-                below.push_back(poly);
-        }
-        expectPlainDivision(node->child[i], below);
-    }
-}
-
-static void expectPlainDivision(const std::vector<Vertex3D>& corners, float away)
-{
-    std::vector<Facelist> faces;
-    for (uint16_t i = 0; i < corners.size(); i = static_cast<uint16_t>(i + 3))
-        faces.push_back({i, static_cast<uint16_t>(i + 1), static_cast<uint16_t>(i + 2)});
-    const std::unique_ptr<Mesh> mesh(makeMesh("M", corners, faces, {away, 0, -away}));
-    octreeNode root;
-    std::vector<OTPolyData> all;
-    for (int i = 0; i < mesh->faceCount; ++i)
-    {
-        root.insert(mesh.get(), i, true);
-        all.push_back({mesh.get(), i});
-    }
-    root.adjustSize();
-    root.split(5, 5, nullptr);
-    expectPlainDivision(&root, all);
-}
-
-// Large and small faces, slivers, faces without area, and floors and walls on the borders of cubes and near
-// them.
-TEST_F(Octree, DividesAsFaceByFace)
-{
-    std::mt19937 random(16);
-    for (int round = 0; round < 60; ++round)
-    {
-        std::vector<Vertex3D> corners;
-        for (int face = 0; face < 150; ++face)
-        {
-            const float sizes[] = {0.001f, 0.1f, 1.0f, 8.0f};
-            const float size = sizes[random() % 4];
-            const Vertex3D middle = anyPoint(random, 8);
-            Vertex3D t[3] = {middle + anyPoint(random, size), middle + anyPoint(random, size),
-                             middle + anyPoint(random, size)};
-            if (face % 5 == 0)
-                t[2] = t[0] + (t[1] - t[0]) + anyPoint(random, size * 1e-5f);
-            if (face % 31 == 0)
-                t[1] = t[0];
-            if (face % 3 == 0) // one axis is that of a wall
-                for (Vertex3D& corner : t)
-                    (face % 2 ? corner.x : corner.z) = static_cast<float>(face % 9 - 4) +
-                                                       anyNumber(random, 0.02f) * (face % 2 ? 0.0f : 1.0f);
-            corners.insert(corners.end(), t, t + 3);
-        }
-        // The cube of the tree is that from -16 to 16, away from the origin.
-        corners.insert(corners.end(), {{-16, -16, -16}, {-16, -16, -16}, {16, 16, 16}});
-        expectPlainDivision(corners, round % 3 == 0 ? 0.0f : round % 3 == 1 ? 16.0f : 5000.0f);
-    }
-}
-
-TEST(CubeGeometry, WindingsAroundAPoint)
-{
-    const Vertex3D t[3] = {{0, 0, 0}, {4, 0, 0}, {0, 4, 0}};
-    Vertex3D inside = {1, 1, 9}, outside = {3, 3, 0}, up = {0, 0, 1}, down = {0, 0, -1};
-    EXPECT_NE(polygonContainsPoint(t, &up, &inside), 0); // along the normal
-    EXPECT_NE(polygonContainsPoint(t, &down, &inside), 0);
-    EXPECT_EQ(polygonContainsPoint(t, &up, &outside), 0);
-    // Of equal components the later axis is dropped: x and y here, z is left out.
-    const Vertex3D slanted[3] = {{0, 0, 0}, {4, 0, -4}, {0, 4, 0}};
-    Vertex3D normal = {1, 0, 1};
-    EXPECT_NE(polygonContainsPoint(slanted, &normal, &inside), 0);
-}
-
-TEST(CubeGeometry, BoxesAreTakenOnePerCentWider)
-{
-    const Vertex3D low = {0, 0, 0}, high = {10, 10, 10};
-    Vertex3D a = {10.04f, 5, 5}, b = {20, 5, 5}, c = {10.06f, 5, 5};
-    EXPECT_TRUE(segmentIntersectsBox(&a, &b, &low, &high));
-    EXPECT_FALSE(segmentIntersectsBox(&c, &b, &low, &high));
-    const Vertex3D touching[3] = {{10.04f, 5, 5}, {12, 5, 5}, {12, 6, 5}};
-    const Vertex3D apart[3] = {{10.06f, 5, 5}, {12, 5, 5}, {12, 6, 5}};
-    EXPECT_TRUE(triangleIntersectsBox(touching, &low, &high));
-    EXPECT_FALSE(triangleIntersectsBox(apart, &low, &high));
-    EXPECT_FALSE(segmentIntersectsBox(&a, &b, &low, &low)); // no width
-    EXPECT_FALSE(triangleIntersectsBox(touching, &low, &low));
-}
-
-class OctreePlanes : public Octree
-{
-protected:
-    // A leaf of these faces, each of three corners, with materials.
-    octreeNode* leafOf(const std::vector<Vertex3D>& corners, const std::vector<int>& materials)
-    {
-        std::vector<Facelist> faces;
-        for (uint16_t i = 0; i < corners.size(); i = static_cast<uint16_t>(i + 3))
-            faces.push_back({i, static_cast<uint16_t>(i + 1), static_cast<uint16_t>(i + 2)});
-        mesh.reset(makeMesh("M", corners, faces));
-        mesh->pivot = {0, 0, 0};
-        mesh->rotation = {0, 0, 0, 0};
-        for (size_t i = 0; i < materials.size(); ++i)
-            mesh->faceMaterials[i].materialIndex = materials[i];
-        root.reset(new octreeNode);
-        for (int i = 0; i < mesh->faceCount; ++i)
-            root->insert(mesh.get(), i, true);
-        root->adjustSize();
-        root->makePlanes(0.001f);
-        return root.get();
-    }
-    static std::vector<int> sizes(const octreeNode* node)
-    {
-        std::vector<int> all;
-        for (const Plane* plane = node->planes; plane; plane = plane->next)
-            all.push_back(plane->faceCount);
-        return all;
-    }
-};
-
-static const Vertex3D p0 = {0, 0, 0}, p1 = {1, 0, 0}, p2 = {0, 1, 0}, q0 = {5, 5, 0}, q1 = {6, 5, 0},
-                      q2 = {5, 6, 0};
-
-TEST_F(OctreePlanes, OneFaceIsOnePlane)
-{
-    const octreeNode* leaf = leafOf({p1, p2, p0}, {3});
-    ASSERT_EQ(sizes(leaf), std::vector<int>{1});
-    EXPECT_EQ(leaf->planes->faces[0].face, 0);
-    EXPECT_EQ(leaf->planes->faces[0].mesh, mesh.get());
-    EXPECT_EQ(leaf->planes->point.x, 1.0f);
-    EXPECT_EQ(leaf->planes->normal.z, 1.0f);
-    EXPECT_EQ(leaf->planes->flag, 0);
-    EXPECT_EQ(leaf->planes->id, 0);
-}
-
-TEST_F(OctreePlanes, DestroyedPlanesAreGone)
-{
-    octreeNode* leaf = leafOf({p1, p2, p0}, {3});
-    EXPECT_EQ(leaf->destroyPlanes(), 0);
-    EXPECT_EQ(leaf->planes, nullptr);
-    EXPECT_EQ(leaf->destroyPlanes(), 0);
-}
-
-TEST_F(OctreePlanes, FacesThatLookTheSameWayStayApart)
-{
-    EXPECT_EQ(sizes(leafOf({p0, p1, p2, q0, q1, q2}, {0, 0})), (std::vector<int>{1, 1}));
-}
-
-TEST_F(OctreePlanes, FacesBackToBackJoin)
-{
-    const octreeNode* leaf = leafOf({p0, p2, p1, q0, q1, q2}, {0, 0});
-    EXPECT_EQ(sizes(leaf), std::vector<int>{2});
-    EXPECT_EQ(leaf->planes->normal.z, -1.0f); // of the first
-    EXPECT_EQ(leaf->planes->faces[1].face, 1);
-    EXPECT_EQ(sizes(leafOf({p0, p2, p1, q0, q1, q2}, {0, 1})), (std::vector<int>{1, 1})); // other materials
-    EXPECT_EQ(sizes(leafOf({p0, p2, p1, q0 + Vertex3D{0, 0, 0.002f}, q1, q2}, {0, 0})),
-              (std::vector<int>{1, 1})); // not in the plane
-}
-
-TEST_F(OctreePlanes, FacesWithoutNormalJoinAnyPlaneTheyLieIn)
-{
-    EXPECT_EQ(sizes(leafOf({p0, p1, p2, q0, q0, q1}, {0, 0})), std::vector<int>{2});
-    EXPECT_EQ(sizes(leafOf({p0, p1, p2, q0, q0, q1 + Vertex3D{0, 0, 1}}, {0, 0})), (std::vector<int>{1, 1}));
-}
-
-// The grouping face by face, as it is defined.
-static std::vector<std::vector<int>> plainGroups(const octreeNode* leaf)
-{
-    const auto corner = [&](int i, int k)
-    {
-        const OTPolyData& poly = leaf->polys.items[i];
-        const Facelist& f = poly.mesh->faces[poly.face];
-        return poly.mesh->calculatedVertex(k == 0 ? f.a : k == 1 ? f.b : f.c);
-    };
-    const auto normal = [&](int i)
-    {
-        const Vertex3D a = corner(i, 0), b = corner(i, 1), c = corner(i, 2);
-        return calcNormal(&a, &b, &c);
-    };
-    const auto material = [&](int i)
-    { return leaf->polys.items[i].mesh->faceMaterials[leaf->polys.items[i].face].materialIndex; };
-    std::vector<std::vector<int>> groups;
-    std::vector<bool> taken(static_cast<size_t>(leaf->polys.size));
-    for (int i = 0; i < leaf->polys.size; ++i)
-    {
-        if (taken[static_cast<size_t>(i)])
-            continue;
-        taken[static_cast<size_t>(i)] = true;
-        std::vector<int> group = {i};
-        for (int j = 0; j < leaf->polys.size; ++j)
-        {
-            bool joins = !taken[static_cast<size_t>(j)] && material(i) == material(j) &&
-                         normal(i) * normal(j) < 0.0001f;
-            for (int k = 0; k < 3; ++k)
-                joins = joins && std::fabs((corner(j, k) - corner(i, 0)) * normal(i)) < 0.001f;
-            if (!joins)
-                continue;
-            taken[static_cast<size_t>(j)] = true;
-            group.push_back(j);
-        }
-        groups.push_back(group);
-    }
-    return groups;
-}
-
-static void expectPlainGroups(const octreeNode* leaf)
-{
-    const Plane* plane = leaf->planes;
-    for (const std::vector<int>& members : plainGroups(leaf))
-    {
-        ASSERT_NE(plane, nullptr);
-        ASSERT_EQ(plane->faceCount, static_cast<int>(members.size()));
-        for (size_t i = 0; i < members.size(); ++i)
-        {
-            EXPECT_EQ(plane->faces[i].face, leaf->polys.items[members[i]].face);
-            EXPECT_EQ(plane->faces[i].mesh, leaf->polys.items[members[i]].mesh);
-        }
-        plane = plane->next;
-    }
-    EXPECT_EQ(plane, nullptr);
-}
-
-static int nextId(const octreeNode* node, int id)
-{
-    for (const Plane* plane = node->planes; plane; plane = plane->next)
-        EXPECT_EQ(plane->id, id++);
-    for (const octreeNode* child : node->child)
-        if (child)
-            id = nextId(child, id);
-    return id;
-}
-
-TEST_F(OctreePlanes, RandomScenesHaveThePlainGroupsAndNumbersInOrder)
-{
-    std::mt19937 random(6);
-    for (int round = 0; round < 12; ++round)
-    {
-        const std::unique_ptr<OGroup> group = makeRandomGroup(random, 3, 40);
-        for (const octreeNode* leaf : leavesOf(group->octree))
-        {
-            expectPlainGroups(leaf);
-        }
-        EXPECT_GT(nextId(group->octree, 0), 10);
-    }
-}
-
-// Corners on a coarse grid, which share planes, corners anywhere, near and far, faces without an extent, and
-// corners that are no numbers or too far for products.
-TEST_F(OctreePlanes, ALeafOfManyFacesHasThePlainGroups)
-{
-    std::mt19937 random(11);
-    for (const float range : {3.0f, 0.002f, 1e6f, 1e19f})
-    {
-        std::vector<Vertex3D> corners;
-        std::vector<int> materials;
-        for (int face = 0; face < 700; ++face)
-        {
-            const int kind = static_cast<int>(random() % 8);
-            for (int corner = 0; corner < 3; ++corner)
-            {
-                const Vertex3D any = anyPoint(random, range);
-                const Vertex3D grid = {std::round(any.x / range) * range, std::round(any.y / range) * range,
-                                       std::round(any.z / range) * range};
-                corners.push_back(kind < 4 ? grid : any);
-            }
-            if (kind == 6)
-                corners.back() = corners[corners.size() - 2];
-            if (face % 97 == 5)
-                corners.back().y = face % 2 ? NAN : INFINITY;
-            if (face % 89 == 7)
-                corners.back().z = 3e38f;
-            materials.push_back(static_cast<int>(random() % 3));
-        }
-        expectPlainGroups(leafOf(corners, materials));
-    }
-}
-
-TEST_F(OctreePlanes, CombiningUnitesNumbersAcrossNodes)
-{
-    std::unique_ptr<octreeNode> other;
-    leafOf({p0, p2, p1}, {0});
-    root->planes->id = 7;
-    std::unique_ptr<Mesh> first = std::move(mesh);
-    other = std::move(root);
-    leafOf({q0, q1, q2}, {0});
-    EXPECT_EQ(root->planes->id, 0);
-    OctreeProbe::combine(*root, other.get()); // looks away from it, in the same plane
-    EXPECT_EQ(root->planes->id, 7);
-    root->planes->id = 0;
-    OctreeProbe::combine(*root, root.get()); // itself: the same way
-    EXPECT_EQ(root->planes->id, 0);
 }

@@ -6,10 +6,12 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <new>
 #include <string>
 
 #include "assets/packread.h"
 #include "assets/tga.h"
+#include "core/memorylasts.h"
 #include "platform/file.h"
 #include "vornik/assets/pack.h"
 #include "vornik/assets/texture.h"
@@ -52,9 +54,10 @@ static int extractNamesFrom(Texture& texture, const Source& source)
         return 0;
     }
 
-    const std::unique_ptr<String[]> lines(new String[64]);
-    const int count = source.packed ? readPackedImageList(path, lines.get(), source.pack)
-                                    : readImageList(path, lines.get());
+    const std::unique_ptr<String[]> lines(new (std::nothrow) String[64]);
+    const int count = !lines          ? 0
+                      : source.packed ? readPackedImageList(path, lines.get(), source.pack)
+                                      : readImageList(path, lines.get());
     if (count < 1)
         return vrkPutToErrorLog("Error loading .IFL file", 7);
     for (int i = 0; i < count; ++i)
@@ -196,8 +199,14 @@ static int loadTextureFrom(Texture& texture, const Source& source, int index, fl
         return 0;
     }
 
-    const int result = texture.acceptSubstitutes ? readTolerant(texture, source, index)
-                                                 : readByExtension(texture, source, path);
+    int result = 0;
+    if (!whileMemoryLasts(
+            [&]
+            {
+                result = texture.acceptSubstitutes ? readTolerant(texture, source, index)
+                                                   : readByExtension(texture, source, path);
+            }))
+        return vrkPutToErrorLog("Error loading file", 10);
     if (result != 0)
         return result;
     if (!texture.acceptSubstitutes && !isTextureSizeLegal(texture.width, texture.height))

@@ -12,6 +12,7 @@
 
 #include "console/signatures.h"
 #include "console/text.h"
+#include "core/memorylasts.h"
 #include "vornik/core/errorlog.h"
 
 Console::Console()
@@ -48,13 +49,18 @@ int Console::addProgressFunc(void (*f)(float))
     return 0;
 }
 
-// Names are kept in malloc blocks, which a host may replace.
-static char* keptName(const std::string& name)
+// Names are kept in malloc blocks, which a host may replace. Without memory an entry has no name.
+static char* keptName(const char* name)
 {
-    const std::string raised = upperCase(name);
-    auto* block = static_cast<char*>(std::malloc(raised.size() + 1));
-    if (block)
-        std::memcpy(block, raised.c_str(), raised.size() + 1);
+    char* block = nullptr;
+    whileMemoryLasts(
+        [&]
+        {
+            const std::string raised = upperCase(name);
+            block = static_cast<char*>(std::malloc(raised.size() + 1));
+            if (block)
+                std::memcpy(block, raised.c_str(), raised.size() + 1);
+        });
     return block;
 }
 
@@ -127,7 +133,7 @@ int Console::addVar(void* variable, const char* name)
         return vrkPutToErrorLog(
             "VarList is full (Console) create another Console or increase number of maxVars", 22);
     varPointers[varCount] = static_cast<float*>(variable);
-    varNames[varCount] = keptName(name ? name : "VAR" + std::to_string(varCount));
+    varNames[varCount] = keptName(name ? name : ("VAR" + std::to_string(varCount)).c_str());
     ++varCount;
     return 0;
 }

@@ -10,6 +10,7 @@
 #include "console/commandline.h"
 #include "console/help.h"
 #include "console/loadcommands.h"
+#include "core/memorylasts.h"
 #include "platform/memory.h"
 #include "vornik/console/console.h"
 #include "vornik/core/errorlog.h"
@@ -223,12 +224,12 @@ static int refuse(Console* console, const char* text)
     return vrkPutToErrorLog("VRK Console parser failed to parse commandline!", 18);
 }
 
-int Console::parse(const char* typed)
+static int obey(Console* console, const char* typed)
 {
     const std::string echo = typed ? typed : "";
-    append(this, ">" + echo + "\n");
+    append(console, ">" + echo + "\n");
     if (echo.size() > VRK_CONSOLE_LINE)
-        return refuse(this, "Command line too long!\n");
+        return refuse(console, "Command line too long!\n");
 
     const CommandLine line(echo);
     const std::string name = line.getWord(0);
@@ -238,7 +239,15 @@ int Console::parse(const char* typed)
             continue;
         if (line.countSpaces() < command.spaces)
             return vrkPutToErrorLog("Missing parameters! Parse failed!", 21);
-        return command.run(this, line);
+        return command.run(console, line);
     }
-    return refuse(this, "Command not found!\n");
+    return refuse(console, "Command not found!\n");
+}
+
+int Console::parse(const char* typed)
+{
+    int result = 0;
+    if (!whileMemoryLasts([&] { result = obey(this, typed); }))
+        return refuse(this, "Out of memory!\n");
+    return result;
 }

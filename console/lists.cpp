@@ -5,6 +5,7 @@
 
 #include "console/signatures.h"
 #include "console/text.h"
+#include "core/memorylasts.h"
 #include "platform/listing.h"
 #include "vornik/animation/path.h"
 #include "vornik/assets/tlist.h"
@@ -25,16 +26,16 @@ static void append(Console* console, const std::string& text)
     console->addText(text.c_str());
 }
 
-void Console::listEVars()
+static void listVariables(Console* console)
 {
-    append(this, "External Variable List:\n\n");
-    for (int i = 0; i < varCount; ++i)
+    append(console, "External Variable List:\n\n");
+    for (int i = 0; i < console->varCount; ++i)
     {
-        const float value = varPointers[i] ? *varPointers[i] : -2.0f;
-        append(this, "0x" + hexadecimal(varPointers[i]) + " - " + shown(varNames[i]) + " - " +
-                         decimal(value) + "\n");
+        const float* variable = console->varPointers[i];
+        append(console, "0x" + hexadecimal(variable) + " - " + shown(console->varNames[i]) + " - " +
+                            decimal(variable ? *variable : -2.0f) + "\n");
     }
-    append(this, "\n" + std::to_string(varCount) + " variables\n\n");
+    append(console, "\n" + std::to_string(console->varCount) + " variables\n\n");
 }
 
 static std::string functionLine(const std::string& result, const char* name, const std::string& argument)
@@ -42,15 +43,15 @@ static std::string functionLine(const std::string& result, const char* name, con
     return "    " + result + " " + shown(name) + "(" + argument + ")\n";
 }
 
-void Console::listEFuncs()
+static void listFunctions(Console* console)
 {
-    append(this, "External Function List:\n\n");
+    append(console, "External Function List:\n\n");
     forEachSignature(
-        this,
-        [this](int count, auto* /*functions*/, char** names, const char* result, const char* argument)
+        console,
+        [console](int count, auto* /*functions*/, char** names, const char* result, const char* argument)
         {
             for (int i = 0; i < count; ++i)
-                append(this, functionLine(result, names[i], argument));
+                append(console, functionLine(result, names[i], argument));
         });
 }
 
@@ -96,18 +97,17 @@ static SceneTotals totalsOf(const Scene& scene)
     return totals;
 }
 
-void Console::SceneInfo()
+static void listScene(Console* console)
 {
-    if (!scene)
-        return;
+    const Scene* scene = console->scene;
     const SceneTotals totals = totalsOf(*scene);
-    const auto line = [this](const std::string& label, const std::string& value)
-    { append(this, label + ": " + value + "\n"); };
+    const auto line = [console](const std::string& label, const std::string& value)
+    { append(console, label + ": " + value + "\n"); };
     const auto decimalOf = [](int64_t value) { return std::to_string(value); };
     // Hosts know the counts of lists in hexadecimal.
     const auto hexadecimalOf = [](int64_t value) { return hexadecimal(static_cast<uint64_t>(value)); };
 
-    append(this, "Scene information\n");
+    append(console, "Scene information\n");
     line("  Number of OGroups", decimalOf(scene->groupCount));
     line("  Total number of mesh objects", decimalOf(totals.meshes));
     line("  Total number of lights", decimalOf(totals.lights));
@@ -120,14 +120,34 @@ void Console::SceneInfo()
     if (const Camera* camera = scene->camera)
         line("  Active camera", hexadecimal(camera) + " (" + shown(camera->name) + ")");
     else
-        append(this, "  Active camera is NULL\n");
-    append(this,
+        append(console, "  Active camera is NULL\n");
+    append(console,
            "Total vertices: " + decimalOf(totals.vertices) + " Total faces: " + decimalOf(totals.faces));
+}
+
+void Console::listEVars()
+{
+    whileMemoryLasts([this] { listVariables(this); });
+}
+
+void Console::listEFuncs()
+{
+    whileMemoryLasts([this] { listFunctions(this); });
+}
+
+void Console::SceneInfo()
+{
+    if (scene)
+        whileMemoryLasts([this] { listScene(this); });
 }
 
 void Console::dir(const char* pattern)
 {
     // Sizes are shown as the signed low 32 bits.
-    for (const ListedFile& file : vrkListFiles(pattern))
-        append(this, file.name + "\t" + std::to_string(static_cast<int32_t>(file.size)) + "\n");
+    whileMemoryLasts(
+        [&]
+        {
+            for (const ListedFile& file : vrkListFiles(pattern))
+                append(this, file.name + "\t" + std::to_string(static_cast<int32_t>(file.size)) + "\n");
+        });
 }

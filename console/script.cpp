@@ -2,7 +2,6 @@
 // "<EOF>": a script runs to the end of its file.
 
 #include <cstdio>
-#include <string>
 
 #include "platform/file.h"
 #include "vornik/console/console.h"
@@ -70,8 +69,12 @@ int Console::parseScriptLine(String line)
     if (line.charAt(0) != '#')
         return 0;
     String command = line.subString(1, VRK_CONSOLE_LINE).trim();
-    const std::string typed(command.toChar(), static_cast<size_t>(command.length()));
-    return parse(typed.substr(0, typed.find_last_not_of(' ') + 1).c_str()); // trim leaves blanks at the end
+    int length = command.length();
+    while (length > 0 && command.data[length - 1] == ' ') // trim leaves blanks at the end
+        --length;
+    char typed[VRK_CONSOLE_LINE + 1];
+    std::snprintf(typed, sizeof typed, "%.*s", length, command.data);
+    return parse(typed);
 }
 
 int Console::readScript(const char* fileName)

@@ -5,6 +5,8 @@
 
 #include <jpeglib.h>
 
+#include "core/memorylasts.h"
+
 // The library reports errors through callbacks that must not return: they jump back to the caller.
 struct ErrorManager
 {
@@ -89,7 +91,8 @@ bool jpegDecode(const uint8_t* data, size_t size, bool grey, JpegImage* image)
     progress.progress_monitor = endManyScans;
     info.progress = &progress;
     jpeg_mem_src(&info, data, static_cast<unsigned long>(size));
-    const bool decoded = decodeRows(&info, size, grey, image);
+    bool decoded = false;
+    whileMemoryLasts([&] { decoded = decodeRows(&info, size, grey, image); });
     jpeg_destroy_decompress(&info);
     return decoded;
 }

@@ -1,5 +1,5 @@
-// What happens often, many times over: loads and deletions, frames of particles, full lists. Memory and open
-// files stay where they are.
+// What happens often, many times over: loads and deletions, commands, frames of particles, full lists. Memory
+// and open files stay where they are.
 //
 // VORNIK_LOAD_ROUNDS sets the number of rounds, 10,000 for a thorough run; a few hundred serve every day.
 
@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "apps/vornik/packformat.h"
 #include "tests/support/allocations.h"
@@ -15,12 +16,16 @@
 #include "tests/support/engine.h"
 #include "tests/support/imagewriter.h"
 #include "tests/support/testmesh.h"
+#include "vornik/animation/path.h"
 #include "vornik/assets/load3ds.h"
 #include "vornik/assets/pack.h"
 #include "vornik/assets/tlist.h"
+#include "vornik/console/console.h"
+#include "vornik/core/errorlog.h"
 #include "vornik/lighting/vertexlight.h"
 #include "vornik/particles/particlesource.h"
 #include "vornik/rasterizer/startup.h"
+#include "vornik/scene/object.h"
 #include "vornik/scene/ogroup.h"
 #include "vornik/scene/renderflags.h"
 #include "vornik/scene/scene.h"
@@ -198,4 +203,102 @@ TEST_F(UnderLoad, AFullGroupDrawsAndAnswers)
     camera.eye = {32, -20, 20};
     camera.target = {32, 32, 0};
     EXPECT_EQ(group.render(VRK_RENDER_SOLID, &camera), 0);
+}
+
+// Ten commands a round.
+TEST_F(UnderLoad, ConsoleCommandsAreObeyedAllDay)
+{
+    Scene whole;
+    Console console;
+    vrkInitErrorLog(&console);
+    console.setScene(&whole);
+    float speed = 1;
+    console.addVar(&speed, "speed");
+    const std::string script = folder.write("S.TXT", std::string("#set speed 3\n#get speed\n#nothing\n"));
+    const std::string commands[] = {"set speed 2.5",
+                                    "eval none",
+                                    "load3ds " + file + " " + folder.root() + " /s /r /c",
+                                    "sceneinfo",
+                                    "execscript " + script,
+                                    "dir " + folder.path("*.*"),
+                                    "activetlist 0",
+                                    "help set",
+                                    std::string(300, 'x'),
+                                    "clear3ds"};
+    std::vector<char> text(VRK_CONSOLE_TEXT);
+    int round = 0;
+    expectFlat(
+        [&]
+        {
+            for (const std::string& command : commands)
+                console.command(command.c_str());
+            EXPECT_EQ(speed, 3.0f);
+            EXPECT_EQ(whole.groupCount, 0);
+            // The text overflows in between.
+            if (++round % 1000 != 0)
+                return;
+            EXPECT_GT(console.getText(text.data()), 0);
+        });
+    vrkInitErrorLog(3);
+}
+
+// Fills every list of a group up to its capacity; each takes no more.
+static void fillLists(OGroup* group)
+{
+    const auto fill = [](auto add, auto make)
+    {
+        for (auto* item = make();; item = make())
+            if (add(item) != 0)
+            {
+                delete item;
+                return;
+            }
+    };
+    fill([&](Mesh* mesh) { return group->addMesh(mesh); },
+         []
+         {
+             Mesh* mesh = makeMesh("m", {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}, {{0, 1, 2}});
+             mesh->sortFacesByMaterial();
+             return mesh;
+         });
+    fill([&](Light* light) { return group->addLight(light); }, [] { return new Light; });
+    fill([&](Camera* camera) { return group->addCamera(camera); }, [] { return new Camera; });
+    fill([&](TList* list) { return group->addTList(list); }, [] { return new TList; });
+    fill([&](PathList* list) { return group->addPathList(list); }, [] { return new PathList; });
+    fill([&](ParticleSource* source) { return group->addParticleSource(source); },
+         [] { return new ParticleSource; });
+    fill([&](VRKPath* path) { return group->pathLists[0]->addPath(path); },
+         [] { return new VRKPath(2, VRK_NODE_OBJECT, VRK_TRACK_POSITION, nullptr); });
+}
+
+// What a file adds to lists without room is read and dropped.
+TEST_F(UnderLoad, AGroupWhoseListsAreAllFullReadsDrawsAndLights)
+{
+    OGroup group;
+    fillLists(&group);
+    EXPECT_EQ(group.meshCount, maxMeshs);
+    EXPECT_EQ(group.lightCount, maxLights);
+    EXPECT_EQ(group.cameraCount, maxCameras);
+    EXPECT_EQ(group.tlistCount, maxTLists);
+    EXPECT_EQ(group.pathListCount, maxPaths);
+    EXPECT_EQ(group.particleSourceCount, maxParticleSources);
+    EXPECT_EQ(group.pathLists[0]->pathCount, VRK_PATH_CAPACITY);
+    const long files = openFiles();
+    const auto load = [&](int flags)
+    { EXPECT_EQ(load3ds(file.c_str(), &group, folder.root().c_str(), flags, nullptr, nullptr), 0); };
+    const int read = LOAD_MESHES | LOAD_LIGHTS | LOAD_CAMERAS | LOAD_KEYFRAMES | LOAD_MATERIALS;
+    load(read);
+    const long long held = heldBytes();
+    for (int i = 0; i < 5; ++i)
+        for (const int flags : {read, read | LOAD_TOLERANT})
+            load(flags);
+    EXPECT_EQ(heldBytes(), held);
+    EXPECT_EQ(openFiles(), files);
+    EXPECT_EQ(group.meshCount, maxMeshs);
+    EXPECT_EQ(group.tlistCount, maxTLists);
+
+    group.calcDynamicLights(VRK_LIGHT_SHADOWS);
+    Camera camera;
+    camera.eye = {0, -20, 20};
+    EXPECT_EQ(group.render(VRK_RENDER_SOLID | VRK_RENDER_ANIMATE_TEXTURES, &camera), 0);
 }

@@ -4,14 +4,13 @@
 // of spaces is what a command counts as its arguments. A command that ran answers 0 even if it found fault:
 // what it has to say stands in the text.
 
-#include <cstdint>
 #include <string>
 
 #include "console/commandline.h"
 #include "console/help.h"
 #include "console/loadcommands.h"
+#include "console/memoryreport.h"
 #include "core/memorylasts.h"
-#include "platform/memory.h"
 #include "vornik/console/console.h"
 #include "vornik/core/errorlog.h"
 #include "vornik/rasterizer/startup.h"
@@ -37,19 +36,9 @@ static int info(Console* console, const CommandLine& /*line*/)
     return 0;
 }
 
-static std::string kilobytes(uint64_t bytes)
-{
-    return std::to_string(bytes / 1024) + " Kbytes";
-}
-
 static int memory(Console* console, const CommandLine& /*line*/)
 {
-    const MemoryFigures figures = vrkPlatformMemory();
-    append(console, "Free memory available (phys/page): " + kilobytes(figures.freePhysical) + "  -  ");
-    append(console, kilobytes(figures.freePage) + "\n");
-    append(console, "Total memory (phys/page): " + kilobytes(figures.totalPhysical) + "  -  ");
-    append(console, kilobytes(figures.totalPage) + "\n");
-    append(console, "Memory usage : " + std::to_string(figures.usedPercent) + "%\n");
+    appendMemoryReport(console, vrkPlatformMemory());
     return 0;
 }
 

@@ -38,8 +38,14 @@ static Vertex3D scaled(Vertex3D v, float factor)
 View cameraView(OGroup* group, int index, bool classic)
 {
     View view;
-    view.camera = *group->cameras[index];
     Camera& camera = view.camera;
+    const Camera& own = *group->cameras[index];
+    // Without its name, which a copy would share at the cost of memory for every picture.
+    camera.eye = own.eye;
+    camera.target = own.target;
+    camera.roll = own.roll;
+    camera.lens = own.lens;
+    camera.fov = own.fov;
     if (!classic)
     {
         const float half = vrkRad(camera.fov) / 2.0f;

@@ -256,6 +256,29 @@ TEST_F(PilotTest, FrameAllSeesTheSceneAgain)
     expectAt(stage.firstView.camera.eye, 1e-3f);
 }
 
+TEST_F(PilotTest, FrameAllSeesTheCoreAndThenItsSurroundings)
+{
+    Scene3ds scene;
+    scene.meshes = {floorGrid("floor", 0, -10, 10, 12),
+                    rectangle("sky", {-900, -900, 500}, {900, 900, 500}, "-z")};
+    begin(scene);
+    const Vertex3D core = stage.coreView.camera.eye, all = stage.firstView.camera.eye;
+    EXPECT_GT(float(all - core), 500.0f);
+    expectAt(core, 1e-3f);
+    pilot.frameAll(stage);
+    expectAt(all, 1e-2f);
+    pilot.frameAll(stage);
+    expectAt(core, 1e-3f);
+    pilot.wheel(stage, 1); // from anywhere else the core comes first
+    pilot.frameAll(stage);
+    expectAt(core, 1e-3f);
+    pilot.drag(stage, 100, 0, false, 300); // around the middle of the core
+    const Vertex3D middle = stage.core.middle();
+    EXPECT_NEAR(float(eye() - middle), float(core - middle), 0.1f);
+    begin(scene);
+    expectAt(core, 1e-3f);
+}
+
 TEST_F(PilotTest, ChosenFieldOfViewHoldsUntilTheNextCamera)
 {
     begin(boxWithCameras());

@@ -1,5 +1,6 @@
 #include "apps/vornik/view/stage.h"
 
+#include <cmath>
 #include <filesystem>
 
 #include "tests/view/rooms.h"
@@ -52,6 +53,20 @@ TEST_F(StageTest, BrokenFilesLeaveTheSceneOnShow)
         EXPECT_EQ(stage.scene.groupCount, 1);
         EXPECT_EQ(stage.name, "scene.3ds");
     }
+}
+
+TEST_F(StageTest, EngineTellsItsFaultsByNumber)
+{
+    EXPECT_EQ(reportOfEngine(readSceneFile("none.3ds", "")), 13);
+    const std::string empty = folder.write("empty.3ds", std::string());
+    const std::string text = folder.write("text.3ds", std::string("no scene"));
+    EXPECT_EQ(reportOfEngine(readSceneFile(empty, "")), 14);
+    EXPECT_EQ(reportOfEngine(readSceneFile(text, "")), 14);
+    std::vector<uint8_t> cut = build3ds(boxScene());
+    cut.resize(cut.size() / 2);
+    EXPECT_EQ(reportOfEngine(readSceneFile(folder.write("cut.3ds", cut), "")), 0); // it reads what there is
+    EXPECT_EQ(reportOfEngine(write("box.3ds", boxScene())), 0);
+    EXPECT_EQ(stage.scene.groupCount, 0);
 }
 
 TEST_F(StageTest, PartialTakesWhatThereIs)
@@ -132,6 +147,32 @@ TEST_F(StageTest, CoreLeavesAFarSkyOut)
     EXPECT_LE(stage.core.high.x, 10.0f);
     EXPECT_GE(stage.core.high.x, 8.0f);
     EXPECT_EQ(stage.core.high.z, 0.0f);
+    EXPECT_TRUE(stage.hasSurroundings());
+    show(room());
+    EXPECT_FALSE(stage.hasSurroundings());
+}
+
+TEST_F(StageTest, ViewOfTheCoreHoldsAllOfIt)
+{
+    Scene3ds scene;
+    scene.meshes = {floorGrid("floor", 0, -10, 10, 12),
+                    rectangle("sky", {-9000, -9000, 500}, {9000, 9000, 500}, "-z")};
+    show(scene);
+    const Camera& camera = stage.coreView.camera;
+    Vertex3D forward = camera.target - camera.eye,
+             first = stage.firstView.camera.target - stage.firstView.camera.eye;
+    forward.normalize();
+    first.normalize();
+    EXPECT_NEAR(forward * first, 1.0f, 1e-4f); // from the same side
+    for (const float x : {stage.core.low.x, stage.core.high.x})
+        for (const float y : {stage.core.low.y, stage.core.high.y})
+        {
+            Vertex3D corner = Vertex3D{x, y, stage.core.low.z} - camera.eye;
+            corner.normalize();
+            const float angle = vrkUnRad(std::acos(corner * forward));
+            EXPECT_LE(angle, camera.fov / 2.0f);
+            EXPECT_GT(angle, camera.fov / 8.0f); // and not from afar
+        }
 }
 
 TEST_F(StageTest, BoundsHoldWhatMoves)

@@ -42,6 +42,10 @@ protected:
     /// What the window shows.
     Bitmap grab();
     Rgb pixel(int x, int y);
+    int screenWidth() const;
+    int screenHeight() const;
+    /// Is no part of the window off the screen?
+    bool isOnScreen() const;
     /// Waits until it holds. @return does it?
     bool soon(const std::function<bool()>& condition);
     /// Lines of the viewer's standard output so far.

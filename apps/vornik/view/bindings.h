@@ -42,7 +42,8 @@ struct Binding
 {
     const char* key; ///< as SDL names keys
     Command command;
-    const char* text; ///< for the help; null shares the line above
+    const char* text;           ///< for the help; null shares the line above
+    const char* keys = nullptr; ///< what the help calls them, where a line is about several
 };
 
 /// All of them, in the order of the help; a command of none is a heading.

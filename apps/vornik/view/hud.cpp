@@ -100,16 +100,23 @@ void Hud::drawMessages(const std::vector<std::string>& lines)
         write(2.0f * margin, top + margin / 2.0f + row * static_cast<float>(i), accent, lines[i].c_str());
 }
 
+// How far apart the lines of the help stand: closer where the picture is low, as long as they can be read.
+static float helpRow(float pictureHeight, float lines)
+{
+    return std::clamp(std::floor((pictureHeight - 2.0f * margin) / lines), row - 3.0f, row);
+}
+
 void Hud::drawHelp()
 {
     const float keyColumn = 12.0f * column;
-    float wide = 0.0f, high = 0.0f;
+    float wide = 0.0f, lines = 0.0f;
     for (const Binding& binding : bindings())
         if (binding.text)
         {
             wide = std::max(wide, keyColumn + widthOf(binding.text));
-            high += binding.command == Command::none ? 1.5f * row : row;
+            lines += binding.command == Command::none ? 1.5f : 1.0f;
         }
+    const float apart = helpRow(height, lines), high = lines * apart;
     const float left = std::max(std::floor((width - wide) / 2.0f), 2.0f * margin);
     float y = std::max(std::floor((height - high) / 2.0f), margin);
     box(left - 2.0f * margin, y - margin, wide + 4.0f * margin, high + 2.0f * margin, darker);
@@ -119,15 +126,15 @@ void Hud::drawHelp()
             continue;
         if (binding.command == Command::none)
         {
-            y += 0.5f * row;
+            y += 0.5f * apart;
             write(left, y, accent, binding.text);
         }
         else
         {
-            write(left + column, y, bright, binding.key);
+            write(left + column, y, bright, binding.keys ? binding.keys : binding.key);
             write(left + keyColumn, y, soft, binding.text);
         }
-        y += row;
+        y += apart;
     }
 }
 
@@ -140,6 +147,11 @@ int consoleRows(int pictureHeight)
 int consoleColumns(int pictureWidth)
 {
     return std::max((pictureWidth - 2 * static_cast<int>(margin)) / hudColumn, 20);
+}
+
+int messageColumns(int pictureWidth)
+{
+    return consoleColumns(pictureWidth - 2 * static_cast<int>(margin));
 }
 
 void Hud::drawConsole(const ConsoleText& console)
@@ -159,8 +171,9 @@ void Hud::drawConsole(const ConsoleText& console)
     const int from = std::max(console.cursor() - room, 0);
     const float y = bottom - row - margin / 2.0f;
     write(margin, y, accent, ">");
-    write(margin + 2.0f * column, y, bright,
-          console.line().substr(static_cast<size_t>(from), static_cast<size_t>(room)).c_str());
+    char shown[512]; // a line has 255 characters at most
+    std::snprintf(shown, sizeof shown, "%.*s", room, console.line().c_str() + from);
+    write(margin + 2.0f * column, y, bright, shown);
     box(margin + column * static_cast<float>(2 + console.cursor() - from), y + baseLine + 2.0f, column, 2,
         bright);
 }
@@ -175,7 +188,22 @@ void Hud::drawProgress(const std::string& text, float fraction)
     box(left, top + 1.25f * row, wide * std::clamp(fraction, 0.0f, 1.0f), 0.5f * row, accent);
 }
 
-void Messages::say(const std::string& line, double now)
+// Between words where there are any.
+void Messages::say(const std::string& text, double now, int columns)
+{
+    const size_t room = static_cast<size_t>(std::max(columns, 1));
+    size_t from = 0;
+    while (text.size() - from > room)
+    {
+        const size_t blank = text.rfind(' ', from + room);
+        const size_t end = blank == std::string::npos || blank <= from ? from + room : blank;
+        add(text.substr(from, end - from), now);
+        from = end < text.size() && text[end] == ' ' ? end + 1 : end;
+    }
+    add(text.substr(from), now);
+}
+
+void Messages::add(const std::string& line, double now)
 {
     const size_t most = 6;
     if (lines.size() == most)

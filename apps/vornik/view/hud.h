@@ -66,16 +66,21 @@ private:
 /// Lines of text that fit into the console of a picture of this size.
 int consoleRows(int pictureHeight);
 int consoleColumns(int pictureWidth);
+/// Characters of a message that fit beside one another.
+int messageColumns(int pictureWidth);
 
-/// What was said lately. Each line stays for some seconds.
+/// What was said lately, in lines that fit the picture. Each stays for some seconds.
 class Messages
 {
 public:
-    void say(const std::string& line, double now);
+    /// @param columns  that a line of the picture has room for
+    void say(const std::string& text, double now, int columns);
     /// Those that still stand, the newest last.
     const std::vector<std::string>& at(double now);
 
 private:
+    void add(const std::string& line, double now);
+
     std::vector<std::string> lines;
     std::vector<double> ends; // beside lines
 };

@@ -10,6 +10,7 @@ void Pilot::begin(const Stage& stage, char upAxis, int firstCamera, bool classic
     axes = axesOf(upAxis);
     classicCameras = classic;
     way = Movement::orbit;
+    eye = FreeCamera();
     cameraNumber = 0;
     chosenFov = 0.0f;
     frameAll(stage);
@@ -17,20 +18,28 @@ void Pilot::begin(const Stage& stage, char upAxis, int firstCamera, bool classic
     setCamera(firstCamera < 0 ? std::min(cameras, 1) : std::min(firstCamera, cameras), stage);
 }
 
+// Does the own eye stand where a view has it?
+bool Pilot::isAt(const View& view) const
+{
+    const Vertex3D& place = view.camera.eye;
+    return cameraNumber == 0 && eye.eye.x == place.x && eye.eye.y == place.y && eye.eye.z == place.z;
+}
+
 void Pilot::frameAll(const Stage& stage)
 {
-    cameraNumber = 0;
     if (way == Movement::walk)
         way = Movement::orbit;
     if (!stage.group)
         return;
-    const Camera& first = stage.firstView.camera;
+    const bool core = stage.hasSurroundings() && !isAt(stage.coreView);
+    const Camera& first = (core ? stage.coreView : stage.firstView).camera;
     size = std::max(stage.core.diagonal(), 1e-6f);
     fov = first.fov;
     Vertex3D forward = first.target - first.eye;
     forward.normalize();
-    const float distance = (stage.bounds.middle() - first.eye) * forward;
+    const float distance = ((core ? stage.core : stage.bounds).middle() - first.eye) * forward;
     eye = freeCameraAt(first.eye, first.target, axes, std::max(distance, 1e-3f * size));
+    cameraNumber = 0;
 }
 
 // From here on the own eye stands where the scene's camera stood.

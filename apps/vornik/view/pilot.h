@@ -20,7 +20,7 @@ public:
     /// Takes its place before a scene: at its first camera, or so that all of it is seen.
     /// @param firstCamera  of the scene, from 1; 0 for none, -1 for the first if there is one
     void begin(const Stage& stage, char upAxis, int firstCamera, bool classic);
-    /// Sees all of the scene again.
+    /// Sees the scene again: its core, and the next time what lies far around it, too.
     void frameAll(const Stage& stage);
 
     /// @return what is in the way; empty if nothing is
@@ -55,7 +55,7 @@ public:
 
 private:
     void takeOver(const Stage& stage);
-    void applyFirstView(const Stage& stage);
+    bool isAt(const View& view) const;
     View ownView() const;
 
     Movement way = Movement::orbit;

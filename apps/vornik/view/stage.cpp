@@ -1,7 +1,9 @@
 #include "apps/vornik/view/stage.h"
 
 #include <algorithm>
+#include <cmath>
 #include <filesystem>
+#include <memory>
 
 #include "apps/vornik/drawing.h"
 #include "apps/vornik/materials.h"
@@ -14,6 +16,15 @@ std::string problemOf(const StageOptions& options, const SceneFile& file)
     if (fault != SceneFault::none && !(fault == SceneFault::cut && options.partial))
         return file.faultText();
     return problemOf(options.load, file);
+}
+
+int reportOfEngine(const SceneFile& file)
+{
+    const SceneFault fault = file.fault();
+    if (fault == SceneFault::none || fault == SceneFault::cut) // it reads what there is
+        return 0;
+    const auto none = std::make_unique<OGroup>();
+    return load3ds(file.path.c_str(), none.get(), "", 0, nullptr, nullptr);
 }
 
 Stage::Stage() = default;
@@ -66,12 +77,12 @@ std::string Stage::load(const SceneFile& file, const StageOptions& options, floa
 
     const std::vector<ImageUse> images = findImages(loaded, file.pack);
     completeMaterials(loaded, images, file.pack, options.load.classic);
-    firstView = framedView(loaded, aspect, options.framing);
+    const View framed = framedView(loaded, aspect, options.framing);
     std::string trouble;
     if (!options.lights.empty())
         trouble = takeBakedLight(loaded, lights);
     else
-        lightScene(loaded, viewToLight(loaded, firstView, options), options.light);
+        lightScene(loaded, viewToLight(loaded, framed, options), options.light);
     if (!trouble.empty())
     {
         scene.deleteOGroup(loaded);
@@ -84,6 +95,7 @@ std::string Stage::load(const SceneFile& file, const StageOptions& options, floa
         images.begin(), images.end(), [](const ImageUse& image) { return image.state != ImageState::read; }));
     name = fs::path(file.path).filename().string();
     takeGroup();
+    takeViews(framed, aspect);
     return "";
 }
 
@@ -144,10 +156,21 @@ void Stage::takeGroup()
     vrkInitTransparentPlaneStack(transparentRoom(*group));
 }
 
+void Stage::takeViews(const View& first, float aspect)
+{
+    firstView = coreView = first;
+    Vertex3D back = first.camera.eye - first.camera.target;
+    back.normalize();
+    const float halfAngle = std::atan(std::tan(vrkRad(first.camera.fov) / 2.0f) * std::min(aspect, 1.0f));
+    back *= 0.5f * core.diagonal() / std::sin(halfAngle);
+    coreView.camera.target = core.middle();
+    coreView.camera.eye = core.middle() + back;
+}
+
 void Stage::adopt(const Framing& framing, float aspect)
 {
     takeGroup();
     missingImages = 0;
     if (group && hasVisibleFaces(group))
-        firstView = framedView(group, aspect, framing);
+        takeViews(framedView(group, aspect, framing), aspect);
 }

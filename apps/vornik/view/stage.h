@@ -20,6 +20,10 @@ struct StageOptions
 /// What stands in the way of a file before the engine sees it; empty if nothing does.
 std::string problemOf(const StageOptions& options, const SceneFile& file);
 
+/// Has the engine look at a loose file that it is kept from, so that its own report reaches the log.
+/// @return the number of the report; 0 if it finds no fault
+int reportOfEngine(const SceneFile& file);
+
 class Stage
 {
 public:
@@ -35,6 +39,8 @@ public:
 
     /// Looks whether something else has changed the scene's first group: the console does. @return did it?
     bool hasChanged() const;
+    /// Is there a sky, or something else far out, beside which the core is small?
+    bool hasSurroundings() const { return bounds.diagonal() > 4.0f * core.diagonal(); }
     /// Takes the scene's first group as it is now.
     void adopt(const Framing& framing, float aspect);
 
@@ -42,6 +48,7 @@ public:
     OGroup* group = nullptr;       ///< the one on show; null for an empty stage
     std::string name;              ///< of the file, for people
     View firstView;                ///< shows all of it
+    View coreView;                 ///< from the same side, shows its core
     Bounds bounds = emptyBounds(); ///< in the course of the animation
     Bounds core = emptyBounds();   ///< what a visitor takes the measure from
     int faces = 0, vertices = 0;   ///< of visible meshes
@@ -58,6 +65,7 @@ private:
     };
     Identity identify() const;
     void takeGroup();
+    void takeViews(const View& first, float aspect);
 
     Identity known;
     int lastStamp = 0;

@@ -44,7 +44,8 @@ std::string Viewer::run()
     std::string problem = start(file);
     if (!problem.empty())
         return problem;
-    lastFrame = due = countedSince = Window::seconds();
+    lastFrame = countedSince = Window::seconds();
+    pace.begin(lastFrame);
     while (running)
         frame();
     return "";
@@ -71,9 +72,26 @@ void Viewer::loadDropped(const std::string& path)
     loose.load.textures.clear();
     loose.lights.clear();
     options.camera = -1;
-    const std::string problem = load(readSceneFile(path, ""), loose);
-    if (!problem.empty())
-        say(problem);
+    const SceneFile file = readSceneFile(path, "");
+    const std::string problem = load(file, loose);
+    if (problem.empty())
+        return;
+    say(problem);
+    sayReportOfEngine(file);
+}
+
+// What the engine itself finds wrong with a file, by its line and its number.
+void Viewer::sayReportOfEngine(const SceneFile& file)
+{
+    drainConsole();
+    const int number = reportOfEngine(file);
+    console.getText(consoleOutput.data());
+    std::string report = consoleOutput.data();
+    consoleText.append(report);
+    report.erase(report.find_last_not_of('\n') + 1);
+    report.erase(0, report.find_last_of('\n') + 1);
+    if (number != 0)
+        say("engine: " + report + " (" + std::to_string(number) + ")");
 }
 
 // A scene that is new on the stage is seen from its first camera and played from its first frame.
@@ -105,7 +123,7 @@ void Viewer::frame()
     drainConsole();
     draw();
     countFrame(now);
-    pace();
+    Window::sleep(pace.next(Window::seconds(), window.refreshRate()));
 }
 
 void Viewer::handle(const Event& event)

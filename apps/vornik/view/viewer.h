@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "apps/vornik/view/hud.h"
+#include "apps/vornik/view/pace.h"
 #include "apps/vornik/view/pilot.h"
 #include "apps/vornik/view/playback.h"
 #include "apps/vornik/view/treeview.h"
@@ -24,6 +25,7 @@ private:
     std::string startEngine();
     std::string load(const SceneFile& file, const StageOptions& how);
     void loadDropped(const std::string& path);
+    void sayReportOfEngine(const SceneFile& file);
     void takePlaces();
     void frame();
     void handle(const Event& event);
@@ -61,7 +63,6 @@ private:
     void drawOverlay();
     void gatherFigures();
     void countFrame(double now);
-    void pace();
     /// Draws a bar while the engine is busy.
     static void showBusy(float fraction);
 
@@ -80,7 +81,7 @@ private:
     bool helpWasSeen = false;
     int width = 1, height = 1;
     double lastFrame = 0.0;
-    double due = 0.0; // when the next picture is wanted
+    Pace pace;
 
     double countedSince = 0.0;
     int counted = 0;

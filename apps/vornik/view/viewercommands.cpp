@@ -7,7 +7,7 @@
 
 void Viewer::say(const std::string& line)
 {
-    messages.say(line, Window::seconds());
+    messages.say(line, Window::seconds(), messageColumns(width));
     console.addText((line + "\n").c_str());
 }
 

@@ -130,12 +130,3 @@ void Viewer::countFrame(double now)
     countedSince = now;
     counted = 0;
 }
-
-// Where the swap doesn't wait for the display, sleep. A little faster than the display, so that both never
-// add up.
-void Viewer::pace()
-{
-    const double interval = 1.0 / (1.1 * std::max(window.refreshRate(), 60));
-    due = std::max(due + interval, Window::seconds() - interval);
-    Window::sleep(due - Window::seconds());
-}

@@ -24,6 +24,18 @@ Window::Window() : state(std::make_unique<State>())
         state->places.push_back(SDL_GetScancodeFromName(key.key));
 }
 
+// A window that is larger than its screen has parts that nobody sees.
+static void fitScreen(int* width, int* height)
+{
+    SDL_Rect room;
+    if (SDL_GetDisplayUsableBounds(0, &room) != 0 || room.w < 1 || room.h < 1)
+        return;
+    const double part =
+        std::min({1.0, static_cast<double>(room.w) / *width, static_cast<double>(room.h) / *height});
+    *width = std::max(static_cast<int>(*width * part), 1);
+    *height = std::max(static_cast<int>(*height * part), 1);
+}
+
 // SDL itself stays to the end of the process, and with it the connection that the engine's context lives on.
 Window::~Window()
 {
@@ -38,6 +50,7 @@ std::string Window::open(const std::string& title, int width, int height)
     SDL_SetHint(SDL_HINT_VIDEO_X11_NET_WM_BYPASS_COMPOSITOR, "0");
     if (SDL_Init(SDL_INIT_VIDEO) != 0)
         return std::string("can't open a window: ") + SDL_GetError();
+    fitScreen(&width, &height);
     const auto create = [&]
     {
         return SDL_CreateWindow(title.c_str(), SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, width, height,

@@ -40,6 +40,7 @@ public:
     Window& operator=(const Window&) = delete;
     ~Window();
 
+    /// Of this size, or as much smaller in the same shape as the screen demands.
     /// @return what went wrong; empty if nothing did
     std::string open(const std::string& title, int width, int height);
     /// For initVornik, while the window lives.

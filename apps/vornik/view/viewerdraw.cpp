@@ -81,7 +81,7 @@ void Viewer::gatherFigures()
 void Viewer::drawOverlay()
 {
     Hud hud(width, height);
-    if (showFigures && stage.group && !showConsole)
+    if (showFigures && stage.group && !showConsole && !showHelp)
     {
         gatherFigures();
         hud.drawFigures(figures);

@@ -1,10 +1,11 @@
 // Loaded before the viewer's libraries: keeps a record of every picture that it shows, a line each in the
 // file that FRAMEWATCH names.
 //
-// A record tells the second, and what the viewer did since the picture before: how many seconds it meant to
-// sleep and did sleep, how often it took memory, drew faces and called display lists. Memory counts where the
-// viewer, the engine or the C++ library ask for it on the viewer's own thread; what graphics driver and
-// window system take inside their calls is theirs.
+// A record tells the second; how long the turn was from the end of the last sleep to that of this one, had
+// it ended as asked for, 0 where a picture went without; and what the viewer did since the picture before:
+// how often it took memory, drew faces and called display lists. Memory counts where the viewer, the engine
+// or the C++ library ask for it on the viewer's own thread; what graphics driver and window system take is
+// theirs.
 //
 // While the file that FRAMEWATCH_SLOW names exists, every picture takes 40 milliseconds more.
 
@@ -20,8 +21,8 @@
 struct _XDisplay;
 
 static int allocations, faces, lists;
-static double askedFor, slept;
-static bool watching; // on the viewer's thread, between pictures
+static double turn, lastSleep; // 0 where there was no sleep
+static bool watching;          // on the viewer's thread, between pictures
 
 template <typename Function>
 static Function next(const char* name)
@@ -41,8 +42,8 @@ static void record()
     static const char* const path = std::getenv("FRAMEWATCH");
     static const int file = path ? open(path, O_WRONLY | O_CREAT | O_APPEND, 0600) : -1;
     char line[100];
-    const int length = std::snprintf(line, sizeof line, "%.6f %.6f %.6f %d %d %d\n", seconds(), askedFor,
-                                     slept, allocations, faces, lists);
+    const int length =
+        std::snprintf(line, sizeof line, "%.6f %.6f %d %d %d\n", seconds(), turn, allocations, faces, lists);
     if (file < 0 || write(file, line, static_cast<size_t>(length)) < 0)
         std::abort();
 }
@@ -62,7 +63,9 @@ extern "C" void glXSwapBuffers(_XDisplay* display, unsigned long drawable)
     swap(display, drawable);
     beSlow();
     allocations = faces = lists = 0;
-    askedFor = slept = 0.0;
+    if (turn == 0.0)
+        lastSleep = 0.0;
+    turn = 0.0;
     watching = true;
 }
 
@@ -71,10 +74,12 @@ extern "C" int nanosleep(const timespec* time, timespec* rest)
     static const auto sleep = next<int (*)(const timespec*, timespec*)>("nanosleep");
     if (!watching || gettid() != getpid())
         return sleep(time, rest);
-    askedFor += static_cast<double>(time->tv_sec) + 1e-9 * static_cast<double>(time->tv_nsec);
-    const double before = seconds();
+    const double asked = static_cast<double>(time->tv_sec) + 1e-9 * static_cast<double>(time->tv_nsec);
+    // As if the sleep ended when it should: a busy machine wakes the viewer late.
+    const double since = lastSleep > 0.0 ? seconds() - lastSleep : 0.0;
     const int result = sleep(time, rest);
-    slept += seconds() - before;
+    lastSleep = seconds();
+    turn = since + asked;
     return result;
 }
 

@@ -15,7 +15,8 @@ static const bool isSanitized = false;
 /// What framewatch.cpp records of a picture.
 struct Shown
 {
-    double second = 0, askedFor = 0, slept = 0; ///< of sleep
+    double second = 0;
+    double turn = 0; ///< seconds of one picture and the sleep before the next; 0 without a sleep
     int allocations = 0, faces = 0, lists = 0;
 };
 
@@ -45,8 +46,7 @@ protected:
     {
         std::vector<Shown> all;
         std::ifstream file(streams.path("pictures"));
-        for (Shown one;
-             file >> one.second >> one.askedFor >> one.slept >> one.allocations >> one.faces >> one.lists;)
+        for (Shown one; file >> one.second >> one.turn >> one.allocations >> one.faces >> one.lists;)
             all.push_back(one);
         return all;
     }
@@ -77,25 +77,23 @@ protected:
     }
 };
 
-// Of a machine that has other things to do: whatever a picture takes, the viewer doesn't sleep beyond a
-// sixtieth of a second, and no machine makes it show many more than that.
+// Whatever a picture takes, the viewer doesn't sleep beyond a sixtieth of a second, and no machine makes it
+// show many more than that.
 TEST_F(WatchedViewer, ShowsSixtyPicturesASecondAndNotManyMore)
 {
     write("box.3ds", frontBox());
     openWatched({"box.3ds"});
-    EXPECT_TRUE(soon([this] { return pictures().size() > 160; }));
+    EXPECT_TRUE(soon([this] { return pictures().size() > 260; }));
     const std::vector<Shown> all = pictures();
-    int late = 0;
-    double asked = 0;
+    int slept = 0, late = 0;
     for (size_t i = 60; i < all.size(); ++i)
     {
-        const double busy = all[i].second - all[i - 1].second - all[i].slept;
-        late += all[i].askedFor > 0 && busy + all[i].askedFor > 1.0 / 60;
-        asked += all[i].askedFor;
+        slept += all[i].turn > 0;
+        late += all[i].turn > 1.0 / 60;
         EXPECT_GT(all[i].second - all[i - 60].second, 60 / 75.0) << i;
     }
-    EXPECT_LT(late, 10); // something came between the look at the clock and the sleep
-    EXPECT_TRUE(asked > 0 || all.back().second - all[60].second > 100 / 60.0);
+    EXPECT_LE(late, slept / 5); // a busy machine comes between the look at the clock and the sleep
+    EXPECT_TRUE(slept > 0 || all.back().second - all[60].second > 200 / 60.0);
     quit();
 }
 

@@ -11,53 +11,57 @@ static bool isBlank(char c)
 }
 
 // Where a number's digits begin, behind blanks and a sign.
-static const char* digitsOf(const std::string& text, bool* negative)
+static std::string_view digitsOf(std::string_view text, bool* negative)
 {
-    const char* c = text.c_str();
-    while (isBlank(*c))
-        ++c;
-    *negative = *c == '-';
-    return *c == '-' || *c == '+' ? c + 1 : c;
+    while (!text.empty() && isBlank(text.front()))
+        text.remove_prefix(1);
+    *negative = text.starts_with('-');
+    if (*negative || text.starts_with('+'))
+        text.remove_prefix(1);
+    return text;
 }
 
 // Which way a number lies outside a double: by its exponent, or without one by what stands before the point.
-static double outOfRange(const std::string& digits)
+static double outOfRange(std::string_view digits)
 {
     const size_t exponent = digits.find_last_of("eEpP");
-    const bool small = exponent == std::string::npos ? digits.find_first_not_of('0') == digits.find('.')
-                                                     : digits.compare(exponent + 1, 1, "-") == 0;
+    const bool small = exponent == std::string_view::npos ? digits.find_first_not_of('0') == digits.find('.')
+                                                          : digits.substr(exponent + 1).starts_with('-');
     return small ? 0.0 : std::numeric_limits<double>::infinity();
 }
 
-double numberFrom(const std::string& text)
+double numberFrom(std::string_view text)
 {
     bool negative;
-    const char* begin = digitsOf(text, &negative);
-    const char* const end = text.c_str() + text.size();
+    std::string_view digits = digitsOf(text, &negative);
     auto format = std::chars_format::general;
-    if (begin[0] == '0' && (begin[1] == 'x' || begin[1] == 'X'))
+    if (digits.starts_with("0x") || digits.starts_with("0X"))
     {
         format = std::chars_format::hex;
-        begin += 2;
+        digits.remove_prefix(2);
     }
+    if (digits.starts_with('-')) // a second sign would be taken as part of the digits
+        return 0.0;
     double value = 0.0;
-    // A second sign would be taken as part of the digits.
-    const auto [stop, error] = *begin == '-' ? std::from_chars_result{begin, std::errc::invalid_argument}
-                                             : std::from_chars(begin, end, value, format);
+    const char* const begin = digits.data();
+    const auto [stop, error] = std::from_chars(begin, begin + digits.size(), value, format);
     if (error == std::errc::invalid_argument)
         return 0.0;
     if (error == std::errc::result_out_of_range)
-        value = outOfRange(std::string(begin, stop));
+        value = outOfRange(digits.substr(0, static_cast<size_t>(stop - begin)));
     return negative ? -value : value;
 }
 
-int integerFrom(const std::string& text)
+int integerFrom(std::string_view text)
 {
     bool negative;
-    const char* begin = digitsOf(text, &negative);
     int64_t value = 0;
-    for (const char* c = begin; *c >= '0' && *c <= '9' && value <= INT_MAX; ++c)
-        value = value * 10 + (*c - '0');
+    for (const char c : digitsOf(text, &negative))
+    {
+        if (c < '0' || c > '9' || value > INT_MAX)
+            break;
+        value = value * 10 + (c - '0');
+    }
     if (negative)
         value = -value;
     return static_cast<int>(value < INT_MIN ? INT_MIN : value > INT_MAX ? INT_MAX : value);

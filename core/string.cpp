@@ -1,7 +1,7 @@
 #include "vornik/core/string.h"
 
 #include <cstring>
-#include <string>
+#include <string_view>
 
 #include "core/number.h"
 
@@ -145,7 +145,7 @@ float String::findNumber() const
             end = fractionEnd;
     }
 
-    const std::string digits(data + start, static_cast<size_t>(end - start));
+    const std::string_view digits(data + start, static_cast<size_t>(end - start));
     const float value = static_cast<float>(numberFrom(digits));
     return charAt(start - 1) == '-' ? -value : value;
 }

@@ -195,6 +195,28 @@ TEST_F(Collision, PlaneThatTheOldPlaceTouchesIsNoObstacle)
     addWall(3);
     build();
     EXPECT_FALSE(move({2.6f, 0, 0}, {2.9f, 0, 0}));
+    EXPECT_FALSE(move({2.5f, 0, 0}, {2.9f, 0, 0})); // just touches it
+    EXPECT_TRUE(move({2.49f, 0, 0}, {2.9f, 0, 0}));
+}
+
+TEST_F(Collision, PlaneIsMetAtTheVeryEndOfAMove)
+{
+    addWall(3);
+    build();
+    EXPECT_TRUE(move({1, 0, 0}, {2.5f, 0, 0}));
+    EXPECT_FALSE(move({1, 0, 0}, {2.49f, 0, 0}));
+}
+
+TEST_F(Collision, PointersMayBeNull)
+{
+    addWall(3);
+    build();
+    Vertex3D old = {1, 0, 0};
+    position = {2.8f, 1, 0};
+    EXPECT_FALSE(vrkCheckCollision(nullptr, &old, 0.5f, group.get(), true, &normal, 3));
+    EXPECT_FALSE(vrkCheckCollision(&position, nullptr, 0.5f, group.get(), true, &normal, 3));
+    EXPECT_TRUE(vrkCheckCollision(&position, &old, 0.5f, group.get(), true, nullptr, 3));
+    expectPosition(1, 1, 0);
 }
 
 TEST_F(Collision, WallsStopFromBehindWhenTheirMaterialHasTwoSides)
@@ -214,6 +236,7 @@ TEST_F(Collision, TriangleIsGrownByTheRadius)
     build();
     EXPECT_TRUE(move({1, 5.4f, 0}, {2.8f, 5.4f, 0}));
     EXPECT_FALSE(move({1, 4.9f, 0}, {2.8f, 5.6f, 0}));
+    EXPECT_FALSE(move({1, 5.5f, 0}, {2.8f, 5.5f, 0})); // by less than the radius
 }
 
 TEST_F(Collision, OutsideOfTheTreeThereIsNothing)
@@ -275,6 +298,8 @@ TEST_F(Collision, ChangesBetweenMovesAreSeenAsByThePlainQuery)
                 mesh->position = mesh->position + anyPoint(random, 0.3f);
             if (i % 10 == 3)
                 mesh->rotation.y += anyNumber(random, 5);
+            if (i % 10 == 4)
+                mesh->pivot = anyPoint(random, 1);
             if (i % 10 == 5)
                 mesh->calculatedVertices[number % static_cast<unsigned>(mesh->vertexCount)] =
                     anyPoint(random, 10);

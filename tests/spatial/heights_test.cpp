@@ -2,11 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cfloat>
 #include <chrono>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <memory>
 #include <random>
 #include <vector>
@@ -430,6 +432,43 @@ TEST_F(Ground, SearchWithoutTheTreeSeesNothingAtNoughtAndBelow)
     EXPECT_EQ(highest.x, 1.0f);
 }
 
+TEST_F(Ground, HeightsAreSeenDownToMinusAHundredMillionAndUpToAHundredMillion)
+{
+    for (const float z : {2e6f, 2e8f})
+    {
+        const bool isSeen = z < 1e8f;
+        group.reset(new OGroup);
+        makeGround(-z)->constructOctree();
+        start = {0.5f, 0.5f, group->octree->max.z};
+        end = {0.5f, 0.5f, group->octree->min.z};
+        EXPECT_EQ(vrkCheckHeight(&start, &end, group.get()).z, isSeen ? -z : -999999.0f);
+        EXPECT_LT(vrkRaySceneDistance(&start, &end, group.get()), FLT_MAX);
+        group.reset(new OGroup);
+        makeGround(z)->constructOctree();
+        start.z = group->octree->max.z;
+        end.z = group->octree->min.z;
+        EXPECT_EQ(vrkCheckNegativeHeight(&start, &end, group.get()).z, isSeen ? z : 999999.0f);
+    }
+}
+
+TEST_F(Ground, RaysWithoutEndsHitNothing)
+{
+    makeGround(0)->constructOctree();
+    Vertex3D* const ends[][2] = {{nullptr, &end}, {&start, nullptr}};
+    for (const auto& [from, to] : ends)
+    {
+        EXPECT_EQ(vrkRaySceneDistance(from, to, group.get()), FLT_MAX);
+        EXPECT_FALSE(vrkRayScene(from, to, 100, group.get()));
+        EXPECT_EQ(vrkCheckHeight(from, to, group.get()).z, -999999.0f);
+        EXPECT_EQ(vrkCheckNegativeHeight(from, to, group.get()).z, 999999.0f);
+        EXPECT_EQ(vrkCheckHeight2(from, to, group.get()).z, 0.0f);
+        EXPECT_FALSE(vrkRayBox(from, to, group->meshes[0], nullptr));
+    }
+    std::free(group->meshes[0]->transformedVertices);
+    group->meshes[0]->transformedVertices = nullptr;
+    EXPECT_FALSE(vrkRayBox(&start, &end, group->meshes[0], nullptr));
+}
+
 TEST_F(Ground, FacesWithAnOpacityImageStopHalfOfTheRays)
 {
     makeGround(0)->constructOctree();
@@ -472,6 +511,8 @@ static void askEverything(Vertex3D start, Vertex3D end, OGroup* group)
     vrkRayScene(&start, &end, 5, group);
     vrkCheckHeight(&start, &end, group);
     vrkCheckNegativeHeight(&start, &end, group);
+    vrkCheckHeight2(&start, &end, group);
+    vrkRayBox(&start, &end, group->meshes[0], &normal);
     vrkCheckCollision(&position, &old, 0.5f, group, true, &normal, 3);
 }
 
@@ -603,6 +644,62 @@ TEST_F(Ground, TreeNeedsMeshes)
     EXPECT_EQ(group->octree, nullptr);
 }
 
+static void expectSameTrees(const octreeNode& a, const octreeNode& b)
+{
+    ASSERT_EQ(a.hasChildren, b.hasChildren);
+    EXPECT_TRUE(sameBits(&a.min, &b.min, sizeof a.min) && sameBits(&a.max, &b.max, sizeof a.max));
+    ASSERT_EQ(a.polys.size, b.polys.size);
+    for (int i = 0; i < a.polys.size; ++i)
+    {
+        EXPECT_EQ(a.polys.items[i].mesh, b.polys.items[i].mesh);
+        EXPECT_EQ(a.polys.items[i].face, b.polys.items[i].face);
+    }
+    for (int i = 0; a.hasChildren && i < 8; ++i)
+        expectSameTrees(*a.child[i], *b.child[i]);
+}
+
+TEST_F(Ground, TreeHoldsTheVisibleFacesFiveALeafAndDividesSixTimes)
+{
+    std::mt19937 random(37);
+    for (int round = 0; round < 6; ++round)
+    {
+        const std::unique_ptr<OGroup> any = makeRandomGroup(random, 3, 200);
+        Mesh* heap =
+            makeMesh("H", {{1, 1, 1}, {1.01f, 1, 1}, {1, 1.01f, 1}}, std::vector<Facelist>(9, {0, 1, 2}));
+        any->addMesh(heap);
+        const std::unique_ptr<octreeNode> before(any->octree);
+        ASSERT_EQ(any->constructOctree(), 0);
+        ASSERT_NE(any->octree, before.get());
+        EXPECT_TRUE(before->hasChildren); // the host's now
+        octreeNode expected;
+        for (int m = 0; m < any->meshCount; ++m)
+            for (int face = 0; any->meshes[m]->visible && face < any->meshes[m]->faceCount; ++face)
+                expected.insert(any->meshes[m], face, true);
+        expected.adjustSize();
+        expected.split(5, 5, nullptr);
+        expectSameTrees(*any->octree, expected);
+    }
+}
+
+TEST_F(Ground, MeasureIsTheLargestDifferenceAlongAnAxisOfAnyTwoCorners)
+{
+    for (int axis = 0; axis < 3; ++axis)
+    {
+        float at[3] = {-2, 0, 2};
+        do
+        {
+            Vertex3D corners[3] = {};
+            for (int i = 0; i < 3; ++i)
+                (&corners[i].x)[axis] = at[i];
+            group.reset(new OGroup);
+            Mesh* ruler = makeMesh("R", {corners[0], corners[1], corners[2]}, {{0, 1, 2}}, {1, 0, 0});
+            group->addMesh(ruler);
+            group->adjustSize(ruler, 8);
+            EXPECT_EQ(ruler->position.x, 2.0f);
+        } while (std::next_permutation(at, at + 3));
+    }
+}
+
 TEST_F(Ground, AdjustedSizeScalesTheWholeGroup)
 {
     makeGround(3);
@@ -659,6 +756,9 @@ TEST(Wait, SpinsUntilTheTimeHasPassed)
     wait(0u);
     wait(20u);
     EXPECT_GE(std::chrono::steady_clock::now() - before, std::chrono::milliseconds(20));
+    const std::clock_t used = std::clock();
+    wait(100u);
+    EXPECT_GT(std::clock() - used, CLOCKS_PER_SEC / 500); // it doesn't sleep
 }
 
 TEST(FindIntersectionPoint, LineMeetsThePlane)
@@ -672,4 +772,7 @@ TEST(FindIntersectionPoint, LineMeetsThePlane)
     EXPECT_NO_FATAL_FAILURE(findIntersectionPoint(&start, &end, &a, &b, &c));
     start.z = end.z = 2; // in the plane: nought over the smallest float, not over nought
     EXPECT_EQ(findIntersectionPoint(&start, &end, &a, &b, &c).x, 5.0f);
+    const Vertex3D o = {0, 0, 0}, x = {1, 0, 0}, y = {0, 1, 0};
+    start.z = end.z = 3 * FLT_MIN;
+    EXPECT_EQ(findIntersectionPoint(&start, &end, &o, &x, &y).x, 5.0f - 3 * 3);
 }

@@ -50,12 +50,16 @@ TEST_F(Intersect2, EdgesAndCornersCount)
     EXPECT_EQ(hit({2, 0, 1}, {2, 0, -1}), 0.5f);
     EXPECT_EQ(hit({0, 0, 1}, {0, 0, -1}), 0.5f);
     EXPECT_EQ(hit({2, 2, 1}, {2, 2, -1}), 0.5f);
+    EXPECT_EQ(hit({4, 0, 1}, {4, 0, -1}), 0.5f);
+    EXPECT_EQ(hit({0, 4, 1}, {0, 4, -1}), 0.5f);
 }
 
 TEST_F(Intersect2, ParallelAndTinyFacesAreMissed)
 {
     EXPECT_EQ(hit({-1, 1, 0}, {5, 1, 0}), -1.0f);
     b = {1e-6f, 0, 0};
+    c = {0, 1e-6f, 0};
+    EXPECT_EQ(hit({0, 0, 1}, {0, 0, -1}), 0.5f); // just large enough
     c = {0, 1e-7f, 0};
     EXPECT_EQ(hit({0, 0, 1}, {0, 0, -1}), -1.0f);
 }

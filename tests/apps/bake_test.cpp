@@ -4,6 +4,8 @@
 #include "tests/apps/scenes.h"
 
 #include <cstdlib>
+#include <regex>
+#include <string>
 
 class Bake : public ProgramTest
 {
@@ -83,10 +85,15 @@ TEST_F(Bake, ProgressAppearsOnTerminalsOnly)
 TEST_F(Bake, FiguresOfTheOctree)
 {
     const std::string people = run({"info", "scene.3ds", "--octree"}).out;
-    EXPECT_NE(people.find("Octree: "), std::string::npos) << people;
+    const std::regex figures(
+        "Octree: ([0-9]+) leaves, depth [1-9], [0-9]+\\.[0-9] faces a leaf, [1-9][0-9]* planes, "
+        "[0-9]+\\.[0-9] MB, built in [0-9]+\\.[0-9]{3} s\n");
+    EXPECT_TRUE(std::regex_search(people, figures)) << people;
     EXPECT_EQ(run({"info", "scene.3ds"}).out.find("Octree"), std::string::npos);
     const std::string programs = run({"info", "scene.3ds", "--octree", "--json"}).out;
     const size_t at = programs.find("\"leaves\": ");
     ASSERT_NE(at, std::string::npos) << programs;
+    for (const char* name : {"nodes", "depth", "references", "planes", "bytes"})
+        EXPECT_NE(programs.find("\"" + std::string(name) + "\": "), std::string::npos) << programs;
     EXPECT_GT(std::atoi(programs.c_str() + at + 10), 8);
 }

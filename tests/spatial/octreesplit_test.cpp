@@ -45,7 +45,7 @@ static void expectPlainDivision(octreeNode* node, const std::vector<OTPolyData>&
     }
 }
 
-static void expectPlainDivision(const std::vector<Vertex3D>& corners, float away)
+static void expectPlainDivision(const std::vector<Vertex3D>& corners, float away, bool isCube = true)
 {
     std::vector<Facelist> faces;
     for (uint16_t i = 0; i < corners.size(); i = static_cast<uint16_t>(i + 3))
@@ -58,7 +58,8 @@ static void expectPlainDivision(const std::vector<Vertex3D>& corners, float away
         root.insert(mesh.get(), i, true);
         all.push_back({mesh.get(), i});
     }
-    root.adjustSize();
+    if (isCube)
+        root.adjustSize();
     root.split(5, 5, nullptr);
     expectPlainDivision(&root, all);
 }
@@ -91,5 +92,23 @@ TEST(OctreeSplit, DividesAsFaceByFace)
         // The cube of the tree is that from -16 to 16, away from the origin.
         corners.insert(corners.end(), {{-16, -16, -16}, {-16, -16, -16}, {16, 16, 16}});
         expectPlainDivision(corners, round % 3 == 0 ? 0.0f : round % 3 == 1 ? 16.0f : 5000.0f);
+    }
+}
+
+// Boxes are asked by their width along x whatever they are along the others.
+TEST(OctreeSplit, DividesNodesThatAreNoCubes)
+{
+    std::mt19937 random(17);
+    for (const Vertex3D& size : {Vertex3D{16, 4, 4}, Vertex3D{4, 16, 1}, Vertex3D{8, 8, 0.5f}})
+    {
+        std::vector<Vertex3D> corners;
+        for (int i = 0; i < 3 * 400; ++i)
+        {
+            const Vertex3D about = i % 3 == 0 ? anyPoint(random, 1) : corners[corners.size() - 1];
+            const Vertex3D near = anyPoint(random, 0.05f);
+            corners.push_back(i % 3 == 0 ? Vertex3D{about.x * size.x, about.y * size.y, about.z * size.z}
+                                         : about + near);
+        }
+        expectPlainDivision(corners, 0, false);
     }
 }

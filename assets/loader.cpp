@@ -5,6 +5,8 @@
 
 #include <string.h>
 
+#include "assets/loadervalues.h"
+
 Loader vrkLoader;
 
 Loader::Loader()
@@ -26,52 +28,24 @@ void Loader::toStart()
     current = data;
 }
 
-// To be called after every move of the cursor.
-static void noteEnd(Loader& loader)
-{
-    if (loader.current >= loader.data + loader.size)
-        loader.atEnd = true;
-}
-
-// Little-endian, whatever the machine is. A value that straddles the end takes the rest from the padding. The
-// width is known to the compiler, which makes one read of it.
-template <int width>
-static uint32_t take(Loader& loader)
-{
-    const uint8_t* bytes = loader.current;
-    uint32_t value = bytes[0];
-    if constexpr (width > 1)
-        value |= static_cast<uint32_t>(bytes[1]) << 8;
-    if constexpr (width > 2)
-        value |= static_cast<uint32_t>(bytes[2]) << 16 | static_cast<uint32_t>(bytes[3]) << 24;
-    loader.current += width;
-    noteEnd(loader);
-    return value;
-}
-
 float Loader::getFloat()
 {
-    if (atEnd)
-        return -1.0f;
-    const uint32_t bits = take<4>(*this);
-    float value;
-    memcpy(&value, &bits, sizeof(value));
-    return value;
+    return readFloat(*this);
 }
 
 int Loader::getInt()
 {
-    return atEnd ? 0 : static_cast<int32_t>(take<4>(*this));
+    return readInt(*this);
 }
 
 short Loader::getShort()
 {
-    return atEnd ? 0 : static_cast<int16_t>(take<2>(*this));
+    return readShort(*this);
 }
 
 char Loader::getChar()
 {
-    return atEnd ? 0 : static_cast<char>(static_cast<int8_t>(take<1>(*this)));
+    return atEnd ? 0 : static_cast<char>(static_cast<int8_t>(takeBytes<1>(*this)));
 }
 
 // Bytes of the text at the cursor without its terminator, and with what ends it.
@@ -108,8 +82,8 @@ void Loader::getChunkID()
     if (atEnd)
         return;
     chunkStart = current;
-    chunkID = static_cast<uint16_t>(take<2>(*this));
-    chunkLength = atEnd ? 0 : take<4>(*this);
+    chunkID = static_cast<uint16_t>(takeBytes<2>(*this));
+    chunkLength = atEnd ? 0 : takeBytes<4>(*this);
 }
 
 bool Loader::checkFormat()

@@ -8,10 +8,10 @@
 #include <memory>
 
 #include "assets/chunkwalk.h"
+#include "assets/loadervalues.h"
 #include "assets/loadkeyframes.h"
 #include "assets/loadnodes.h"
 #include "assets/objectnames.h"
-#include "assets/readvector.h"
 #include "vornik/animation/path.h"
 #include "vornik/assets/loader.h"
 #include "vornik/core/errorlog.h"
@@ -212,7 +212,7 @@ void KeyframeReader::readPivot()
 {
     if (!paths->pivots && !loaderTolerant)
         paths->initPivots(group->meshCount + group->cameraCount + group->lightCount);
-    const Vertex3D pivot = readVector();
+    const Vertex3D pivot = readVector(vrkLoader);
     if (node)
         node->pivot = pivot;
     if (!object || loaderTolerant)
@@ -262,7 +262,7 @@ void KeyframeReader::readStrictPositions()
     {
         const int frame = vrkLoader.getShort();
         vrkLoader.getInt();
-        const Vertex3D p = readVector();
+        const Vertex3D p = readVector(vrkLoader);
         path->set(k, p.z, p.y, p.x, frame);
     }
     takePath(std::move(path));
@@ -278,7 +278,7 @@ void KeyframeReader::readStrictRotations()
         const int frame = static_cast<uint16_t>(vrkLoader.getShort());
         vrkLoader.getInt();
         const float angle = vrkUnRad(vrkLoader.getFloat());
-        const Vertex3D axis = readVector();
+        const Vertex3D axis = readVector(vrkLoader);
         path->set(k, axis.z, axis.y, axis.x, angle, frame);
     }
     takePath(std::move(path));
@@ -307,7 +307,7 @@ void KeyframeReader::readPositions()
     for (int k = 0; k < count; ++k)
     {
         const int frame = readKeyHeader();
-        Vertex3D p = readVector();
+        Vertex3D p = readVector(vrkLoader);
         if (!isFinite(p))
             p = {0, 0, 0};
         if (k == 0 && lead)
@@ -333,7 +333,7 @@ void KeyframeReader::readRotations()
     {
         frame = readKeyHeader();
         float angle = vrkUnRad(vrkLoader.getFloat());
-        const Vertex3D axis = readVector();
+        const Vertex3D axis = readVector(vrkLoader);
         if (!std::isfinite(angle) || !isFinite(axis))
             angle = 0.0f;
         if (k == 0)
@@ -374,7 +374,7 @@ void KeyframeReader::readScale()
     if (count == 0 || !node)
         return;
     readKeyHeader();
-    const Vertex3D scale = readVector();
+    const Vertex3D scale = readVector(vrkLoader);
     if (isFinite(scale))
         node->scale = scale;
 }

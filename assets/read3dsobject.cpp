@@ -9,9 +9,9 @@
 #include <memory>
 
 #include "assets/chunkwalk.h"
+#include "assets/loadervalues.h"
 #include "assets/loadmaterials.h"
 #include "assets/loadnodes.h"
-#include "assets/readvector.h"
 #include "vornik/assets/load3ds.h"
 #include "vornik/assets/loader.h"
 #include "vornik/assets/read3dsmaterial.h"
@@ -182,8 +182,8 @@ void ObjectReader::readVertices()
     mesh->createVertices(count);
     if (mesh->vertexCount < count)
         throw std::bad_alloc();
-    for (int i = 0; i < count; i++)
-        mesh->originalVertices[i] = readVector();
+    Vertex3D* vertices = mesh->originalVertices;
+    readList(count, [vertices](int i, Loader& cursor) { vertices[i] = readVector(cursor); });
 }
 
 void ObjectReader::readFaces()
@@ -194,13 +194,16 @@ void ObjectReader::readFaces()
     mesh->createFaces(kept);
     if (mesh->faceCount < kept)
         throw std::bad_alloc();
-    for (int i = 0; i < mesh->faceCount; i++)
-    {
-        mesh->faces[i].a = static_cast<uint16_t>(vrkLoader.getShort());
-        mesh->faces[i].b = static_cast<uint16_t>(vrkLoader.getShort());
-        mesh->faces[i].c = static_cast<uint16_t>(vrkLoader.getShort());
-        mesh->faceFlags[i] = static_cast<uint8_t>(vrkLoader.getShort());
-    }
+    Facelist* faces = mesh->faces;
+    uint8_t* faceFlags = mesh->faceFlags;
+    readList(mesh->faceCount,
+             [=](int i, Loader& cursor)
+             {
+                 faces[i].a = readUnsignedShort(cursor);
+                 faces[i].b = readUnsignedShort(cursor);
+                 faces[i].c = readUnsignedShort(cursor);
+                 faceFlags[i] = static_cast<uint8_t>(readShort(cursor));
+             });
     walk.enter(8 * static_cast<int64_t>(count) + 8);
 }
 
@@ -220,12 +223,15 @@ void ObjectReader::readFaceMaterials()
     }
     // Signed for hosts of old, to whom a list of more than 32,767 faces is empty.
     const int count = loaderTolerant ? ChunkWalk::clip(readCount(), 2) : vrkLoader.getShort();
-    for (int i = 0; i < count; i++)
-    {
-        const int face = loaderTolerant ? readCount() : vrkLoader.getShort();
-        if (face >= 0 && face < mesh->faceCount)
-            mesh->faceMaterials[face].materialIndex = id;
-    }
+    Textlist* faceMaterials = mesh->faceMaterials;
+    readList(count,
+             [=, faceCount = mesh->faceCount, tolerant = loaderTolerant](int, Loader& cursor)
+             {
+                 const short value = readShort(cursor);
+                 const int face = tolerant ? static_cast<uint16_t>(value) : value;
+                 if (face >= 0 && face < faceCount)
+                     faceMaterials[face].materialIndex = id;
+             });
 }
 
 void ObjectReader::readTextureCoords()
@@ -233,14 +239,16 @@ void ObjectReader::readTextureCoords()
     if (!mesh)
         return walk.skip();
     const int count = ChunkWalk::clip(readCount(), 8);
-    for (int i = 0; i < count; i++)
-    {
-        Vertex2D coords;
-        coords.x = vrkLoader.getFloat();
-        coords.y = vrkLoader.getFloat();
-        if (i < mesh->vertexCount)
-            mesh->textureCoords[i] = coords;
-    }
+    Vertex2D* textureCoords = mesh->textureCoords;
+    readList(count,
+             [=, vertexCount = mesh->vertexCount](int i, Loader& cursor)
+             {
+                 Vertex2D coords;
+                 coords.x = readFloat(cursor);
+                 coords.y = readFloat(cursor);
+                 if (i < vertexCount)
+                     textureCoords[i] = coords;
+             });
 }
 
 void ObjectReader::readSmoothing()
@@ -248,13 +256,15 @@ void ObjectReader::readSmoothing()
     if (!mesh)
         return walk.skip();
     const int count = ChunkWalk::clip(mesh->faceCount, 4);
-    for (int i = 0; i < count; i++)
-    {
-        const uint32_t value = static_cast<uint32_t>(vrkLoader.getInt());
-        // Exporters write 0 for a face that is not smoothed at all, which the strict reading takes for a
-        // group like any other. A value that no file uses keeps the face by itself.
-        mesh->smoothingGroups[i] = loaderTolerant && value == 0 ? ~static_cast<uint32_t>(i) : value;
-    }
+    uint32_t* groups = mesh->smoothingGroups;
+    readList(count,
+             [groups, tolerant = loaderTolerant](int i, Loader& cursor)
+             {
+                 const uint32_t value = static_cast<uint32_t>(readInt(cursor));
+                 // Exporters write 0 for a face that is not smoothed at all, which the strict reading takes
+                 // for a group like any other. A value that no file uses keeps the face by itself.
+                 groups[i] = tolerant && value == 0 ? ~static_cast<uint32_t>(i) : value;
+             });
 }
 
 // Vertices are in world coordinates already: the axes matter only to the mesh's node.
@@ -283,7 +293,7 @@ void ObjectReader::beginLight()
     light->setName(name);
     if (!(flags & LOAD_LIGHTS) || group->addLight(light) != 0)
         spareLight.reset(light);
-    light->location = readVector();
+    light->location = readVector(vrkLoader);
     walk.enter(18);
     if (loaderTolerant)
     {
@@ -335,8 +345,8 @@ void ObjectReader::readCamera()
     std::unique_ptr<Camera> spare;
     if (!(flags & LOAD_CAMERAS) || group->addCamera(camera) != 0)
         spare.reset(camera);
-    camera->eye = readVector();
-    camera->target = readVector();
+    camera->eye = readVector(vrkLoader);
+    camera->target = readVector(vrkLoader);
     camera->roll = vrkLoader.getFloat();
     camera->lens = vrkLoader.getFloat();
     camera->calcFOV();

@@ -160,9 +160,14 @@ char* vrkReadFile(const char* name, size_t padding, size_t* size)
     struct stat entry;
     char* block = nullptr;
     if (fstat(fileno(file), &entry) == 0 && S_ISREG(entry.st_mode) && entry.st_size <= INT_MAX)
-        block = static_cast<char*>(std::calloc(static_cast<size_t>(entry.st_size) + padding + 1, 1));
+        block = static_cast<char*>(std::malloc(static_cast<size_t>(entry.st_size) + padding + 1));
     if (block)
-        *size = std::fread(block, 1, static_cast<size_t>(entry.st_size), file);
+    {
+        const size_t bytes = static_cast<size_t>(entry.st_size);
+        *size = std::fread(block, 1, bytes, file);
+        // The padding, and what a file that shrank meanwhile has left.
+        std::memset(block + *size, 0, bytes - *size + padding + 1);
+    }
     std::fclose(file);
     return block;
 }

@@ -58,9 +58,14 @@ char* vrkReadFile(const char* name, size_t padding, size_t* size)
     const __int64 length = _filelengthi64(_fileno(file));
     char* block = nullptr;
     if (length >= 0 && length <= INT_MAX)
-        block = static_cast<char*>(std::calloc(static_cast<size_t>(length) + padding + 1, 1));
+        block = static_cast<char*>(std::malloc(static_cast<size_t>(length) + padding + 1));
     if (block)
-        *size = std::fread(block, 1, static_cast<size_t>(length), file);
+    {
+        const size_t bytes = static_cast<size_t>(length);
+        *size = std::fread(block, 1, bytes, file);
+        // The padding, and what a file that shrank meanwhile has left.
+        std::memset(block + *size, 0, bytes - *size + padding + 1);
+    }
     std::fclose(file);
     return block;
 }

@@ -1,17 +1,16 @@
-// What is derived from a mesh's vertices: place, normals, radius, world and window positions.
+// What is derived from a mesh's vertices: place, radius, world and window positions.
 
 #include "vornik/scene/mesh.h"
 
+#include <algorithm>
 #include <cfloat>
+#include <cmath>
 #include <cstring>
-#include <vector>
 
 #include <GL/gl.h>
 #include <GL/glu.h>
 
 #include "core/bits.h"
-#include "core/facecorners.h"
-#include "core/memorylasts.h"
 #include "rasterizer/d3d/d3drasterizer.h"
 #include "scene/statictransform.h"
 #include "scene/transformpoint.h"
@@ -47,109 +46,17 @@ void Mesh::restoreToWorldCoordinates()
     position = {0.0f, 0.0f, 0.0f};
 }
 
-// Divides by the length. A length of 0 counts as the smallest normal float, which leaves the zero vector as
-// it is.
-static void toUnitLength(Vertex3D* v)
-{
-    vrkNormalize(v);
-}
-
-// Faces are walked once and add to their corners in face order, so every sum has the terms of a scan of all
-// faces for each vertex, in the same order.
-static void averageNormals(Mesh* mesh)
-{
-    const size_t vertices = static_cast<size_t>(mesh->vertexCount);
-    const Vertex3D* originalVertices = mesh->originalVertices;
-    std::vector<Vertex3D> sums(vertices, Vertex3D{0.0f, 0.0f, 0.0f});
-    std::vector<int> counts(vertices, 0);
-    const auto add = [&](uint16_t vertex, const Vertex3D& normal)
-    {
-        sums[vertex] += normal;
-        ++counts[vertex];
-    };
-
-    for (int i = 0; i < mesh->faceCount; ++i)
-    {
-        const Facelist& face = mesh->faces[i];
-        if (!hasCorners(face, mesh->vertexCount))
-            continue;
-        const Vertex3D& a = originalVertices[face.a];
-        Vertex3D normal = (originalVertices[face.b] - a) ^ (originalVertices[face.c] - a);
-        toUnitLength(&normal);
-        add(face.a, normal);
-        if (face.b != face.a)
-            add(face.b, normal);
-        if (face.c != face.a && face.c != face.b)
-            add(face.c, normal);
-    }
-
-    for (size_t i = 0; i < vertices; ++i)
-    {
-        if (counts[i] == 0)
-            continue;
-        Vertex3D normal = sums[i];
-        normal /= static_cast<float>(counts[i]);
-        toUnitLength(&normal);
-        mesh->originalNormals[i] = normal;
-    }
-}
-
-void Mesh::calcNormals()
-{
-    if (faces && originalVertices && originalNormals)
-        whileMemoryLasts([&] { averageNormals(this); });
-}
-
-// Vertex3D::normalize in place: seven a face are worth it.
-static void normalizeInline(Vertex3D* v)
-{
-    const float length = *v;
-    if (length == 0.0f)
-        *v = {0.0f, 0.0f, 0.0f};
-    else
-        *v /= length;
-}
-
-static void computeEdgeNormals(const Vertex3D& a, const Vertex3D& b, const Vertex3D& c, EdgeNormal* result)
-{
-    Vertex3D normal = (c - b) ^ (a - b);
-    normalizeInline(&normal);
-    result->edgeNormal[0] = (b - a) ^ normal;
-    result->edgeNormal[1] = (c - b) ^ normal;
-    result->edgeNormal[2] = (a - c) ^ normal;
-    for (Vertex3D& edge : result->edgeNormal)
-        normalizeInline(&edge);
-    for (int corner = 0; corner < 3; ++corner)
-    {
-        result->cornerNormal[corner] = result->edgeNormal[corner] + result->edgeNormal[(corner + 1) % 3];
-        normalizeInline(&result->cornerNormal[corner]);
-    }
-}
-
-void Mesh::calcEdgeNormals()
-{
-    if (!faces || !edgeNormals || !calculatedVertices || faceCount <= 0)
-        return;
-    const double* matrix = currentWorldMatrix();
-    const auto corner = [&](uint16_t vertex)
-    {
-        return vertex < vertexCount ? transformPoint(matrix, calculatedVertices[vertex])
-                                    : Vertex3D{0.0f, 0.0f, 0.0f};
-    };
-    for (int i = 0; i < faceCount; ++i)
-        computeEdgeNormals(corner(faces[i].a), corner(faces[i].b), corner(faces[i].c), &edgeNormals[i]);
-}
-
 void Mesh::calcRadius()
 {
-    const Vertex3D origin = {0.0f, 0.0f, 0.0f};
-    radius = FLT_MIN;
+    // Squares, in the order in which vrkDistance adds them: roots don't change who is farthest.
+    float farthest = 0.0f;
     for (int i = 0; calculatedVertices && i < vertexCount; ++i)
     {
-        const float distance = vrkDistance(&origin, &calculatedVertices[i]);
-        if (distance > radius)
-            radius = distance;
+        const Vertex3D& v = calculatedVertices[i];
+        const float square = v.z * v.z + v.y * v.y + v.x * v.x;
+        farthest = square > farthest ? square : farthest;
     }
+    radius = std::max(FLT_MIN, std::sqrt(farthest));
 }
 
 void Mesh::originalToCalculated()

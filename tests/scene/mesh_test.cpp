@@ -1,5 +1,6 @@
 #include "vornik/scene/mesh.h"
 
+#include <algorithm>
 #include <cfloat>
 #include <cmath>
 #include <cstring>
@@ -251,6 +252,22 @@ TEST(Mesh, SmoothingGivesUpOnAVertexOfMoreThan512Faces)
     EXPECT_EQ(over->faces[512].a, 0);
 }
 
+TEST(Mesh, SmoothingGivesUpAlsoForAVertexInsideOneGroup)
+{
+    const auto split = [](int facesOfHub)
+    {
+        MeshPtr mesh(makeFan(facesOfHub + 1));
+        std::fill_n(mesh->smoothingGroups, mesh->faceCount, 1u);
+        mesh->faces[0].a = 300;
+        mesh->smoothingGroups[0] = 2;
+        const int before = mesh->vertexCount;
+        mesh->prepareSmoothing();
+        return mesh->vertexCount - before;
+    };
+    EXPECT_EQ(split(512), 2); // the corner on the rim and its neighbour at 2; 1 has only the face apart
+    EXPECT_EQ(split(513), 0);
+}
+
 TEST(Mesh, AVertexWithoutFacesTakesRoomAway)
 {
     // One split is needed, but the two idle vertices have used up its room.
@@ -445,15 +462,17 @@ static Mesh* makeRandom(std::mt19937& random, int vertices, int faces)
         mesh->originalNormals[i] = {1, 2, 3};
     }
     const int groups = 1 + pick(5);
+    const int others = 1 + pick(30); // one face in so many isn't in the group of its neighbours
     const int materials = 1 + pick(40);
+    const int numbersApart = pick(2) ? 1 : 37;
     for (int i = 0; i < faces; ++i)
     {
         const int limit = pick(50) == 0 ? vertices + 20 : vertices;
         const int a = pick(limit);
         mesh->faces[i] = {static_cast<uint16_t>(a), static_cast<uint16_t>(pick(10) == 0 ? a : pick(limit)),
                           static_cast<uint16_t>(pick(limit))};
-        mesh->smoothingGroups[i] = static_cast<uint32_t>(pick(groups));
-        mesh->faceMaterials[i].materialIndex = pick(materials) - materials / 3;
+        mesh->smoothingGroups[i] = static_cast<uint32_t>(pick(others) == 0 ? pick(groups) : 4 * a / vertices);
+        mesh->faceMaterials[i].materialIndex = (pick(materials) - materials / 3) * numbersApart;
     }
     return mesh;
 }
@@ -480,6 +499,7 @@ static bool sameNumbers(const Vertex3D* a, const Vertex3D* b, int count)
 static void expectSame(const Mesh& fast, const Mesh& plain)
 {
     ASSERT_EQ(fast.vertexCount, plain.vertexCount);
+    EXPECT_TRUE(sameBits(&fast.radius, &plain.radius, 1));
     EXPECT_TRUE(sameBits(fast.originalVertices, plain.originalVertices, fast.vertexCount));
     EXPECT_TRUE(sameNumbers(fast.originalNormals, plain.originalNormals, fast.vertexCount));
     EXPECT_TRUE(sameBits(fast.textureCoords, plain.textureCoords, fast.vertexCount));
@@ -506,6 +526,9 @@ TEST(Mesh, LoadPassesHaveTheBitsOfThePlainScans)
         plainCalcNormals(plain.get());
         fast->sortFacesByMaterial();
         plainSortFacesByMaterial(plain.get());
+        fast->originalToCalculated();
+        fast->calcRadius();
+        plainCalcRadius(plain.get());
         expectSame(*fast, *plain);
     }
 }

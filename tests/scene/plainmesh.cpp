@@ -56,6 +56,15 @@ void plainCalcNormals(Mesh* mesh)
     }
 }
 
+void plainCalcRadius(Mesh* mesh)
+{
+    const Vertex3D origin = {0, 0, 0};
+    mesh->radius = FLT_MIN;
+    for (int v = 0; v < mesh->vertexCount; ++v)
+        if (vrkDistance(&origin, &mesh->originalVertices[v]) > mesh->radius)
+            mesh->radius = vrkDistance(&origin, &mesh->originalVertices[v]);
+}
+
 void plainSortFacesByMaterial(Mesh* mesh)
 {
     std::vector<int> materials;

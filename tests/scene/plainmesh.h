@@ -4,6 +4,8 @@
 #include "vornik/scene/mesh.h"
 
 void plainCalcNormals(Mesh* mesh);
+/// From originalVertices.
+void plainCalcRadius(Mesh* mesh);
 void plainSortFacesByMaterial(Mesh* mesh);
 void plainPrepareSmoothing(Mesh* mesh);
 /// World position by a whole round through the rasterizer's matrix stack.

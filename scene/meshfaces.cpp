@@ -17,6 +17,9 @@ enum
     mostSplitVertices = 65536 // what the 16-bit indices of faces can name
 };
 
+namespace
+{
+
 // Numbers materials from 0 in the order in which they are asked for first. A list's materials count up from
 // 0, so most are in the table.
 class MaterialNumbers
@@ -40,6 +43,8 @@ private:
     std::array<size_t, 256> table;
     std::unordered_map<int32_t, size_t> others;
 };
+
+} // namespace
 
 // Throws before anything has changed.
 static void sortFaces(Mesh* mesh)

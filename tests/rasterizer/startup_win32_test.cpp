@@ -38,3 +38,26 @@ TEST_F(StartupTest, FontIsTheSystemFont)
     for (int code = 1; code < 128; ++code)
         EXPECT_TRUE(glIsList(static_cast<GLuint>(vrkFontBase + code))) << code;
 }
+
+// How far a character moves the text on.
+static float advance(int code)
+{
+    GLfloat before[4], after[4];
+    glRasterPos2f(0.0f, 0.0f);
+    glGetFloatv(GL_CURRENT_RASTER_POSITION, before);
+    glCallList(static_cast<GLuint>(vrkFontBase + code));
+    glGetFloatv(GL_CURRENT_RASTER_POSITION, after);
+    return after[0] - before[0];
+}
+
+TEST_F(StartupTest, EachPrintableCharacterMovesTheTextOn)
+{
+    ASSERT_EQ(vrkInitFont(), 0);
+    glMatrixMode(GL_PROJECTION); // the eye is no place for a raster position
+    glLoadIdentity();
+    for (int code = ' '; code < 127; ++code)
+        EXPECT_GT(advance(code), 0.0f) << code;
+    INT blank = 0;
+    ASSERT_TRUE(GetCharWidth32A(VRK_hDC, ' ', ' ', &blank));
+    EXPECT_EQ(advance(' '), static_cast<float>(blank));
+}

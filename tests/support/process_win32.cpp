@@ -1,6 +1,4 @@
-#include "tests/support/process.h"
-
-#include <windows.h>
+#include "tests/support/process_win32.h"
 
 // As the C library of the other program takes it apart again.
 static std::string quoted(const std::string& argument)
@@ -25,7 +23,8 @@ static HANDLE openStream(const std::string& path, bool write)
                        FILE_ATTRIBUTE_NORMAL, nullptr);
 }
 
-int runProcess(const std::vector<std::string>& command, const std::string& folder, const ProcessFiles& files)
+HANDLE startProcess(const std::vector<std::string>& command, const std::string& folder,
+                    const ProcessFiles& files)
 {
     std::string line;
     for (const std::string& argument : command)
@@ -38,18 +37,24 @@ int runProcess(const std::vector<std::string>& command, const std::string& folde
     start.hStdOutput = openStream(files.output, true);
     start.hStdError = openStream(files.error, true);
     PROCESS_INFORMATION process = {};
-    DWORD status = static_cast<DWORD>(-1);
     if (CreateProcessA(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, folder.c_str(), &start,
                        &process))
-    {
-        if (WaitForSingleObject(process.hProcess, longestProcess * 1000) == WAIT_OBJECT_0)
-            GetExitCodeProcess(process.hProcess, &status);
-        else
-            TerminateProcess(process.hProcess, status); // it may wait for somebody to close a box
         CloseHandle(process.hThread);
-        CloseHandle(process.hProcess);
-    }
     for (const HANDLE stream : {start.hStdInput, start.hStdOutput, start.hStdError})
         CloseHandle(stream);
+    return process.hProcess;
+}
+
+int runProcess(const std::vector<std::string>& command, const std::string& folder, const ProcessFiles& files)
+{
+    DWORD status = static_cast<DWORD>(-1);
+    if (const HANDLE process = startProcess(command, folder, files))
+    {
+        if (WaitForSingleObject(process, longestProcess * 1000) == WAIT_OBJECT_0)
+            GetExitCodeProcess(process, &status);
+        else
+            TerminateProcess(process, status); // it may wait for somebody to close a box
+        CloseHandle(process);
+    }
     return static_cast<int>(status);
 }

@@ -141,10 +141,11 @@ TEST_F(PackCommand, RefusesWhatNoPackCanHold)
 
 TEST_F(PackCommand, RefusesTooManyFiles)
 {
+    // Over several folders: some systems look through a whole one for each name.
     for (int i = 0; i < 4096; ++i)
-        folder.write("many/" + std::to_string(i), std::string());
+        folder.write("many/" + std::to_string(i / 64) + "/" + std::to_string(i % 64), std::string());
     expectRefused({"pack", "create", "x.pak", "many"}, "4096 files are too many: a pack holds 4095");
-    fs::remove(folder.path("many/7"));
+    fs::remove(folder.path("many/0/7"));
     EXPECT_EQ(make({"many"}).status, 0);
     EXPECT_EQ(run({"pack", "verify", "x.pak"}).status, 0);
 }

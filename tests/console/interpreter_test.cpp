@@ -1,6 +1,7 @@
 #include "tests/console/consoletest.h"
 
 #include <cmath>
+#include <filesystem>
 
 #include "vornik/rasterizer/startup.h"
 #include "vornik/rasterizer/state.h"
@@ -285,4 +286,14 @@ TEST_F(Interpreter, DirListsFilesAndTheirSizes)
     EXPECT_EQ(said("DIR d*"), "data\t0\n");
     EXPECT_EQ(said("DIR none*"), "");
     EXPECT_EQ(said("DIR "), "");
+}
+
+TEST_F(Interpreter, DirShowsTheLow32BitsOfASize)
+{
+    const std::string path = folder.write("large.pak", std::string());
+    std::error_code failed;
+    std::filesystem::resize_file(path, 0x180000005, failed); // takes no room on the disk
+    if (failed)
+        GTEST_SKIP() << "no files of that size here";
+    EXPECT_EQ(said("DIR large.pak"), "large.pak\t-2147483643\n");
 }

@@ -189,12 +189,15 @@ void OctreeSplitter::divide(octreeNode* parent, const Held& held, void (*progres
     parent->hasChildren = true;
     for (const Held& list : below)
         referencesLeft -= static_cast<int64_t>(list.size);
+    if (progress) // the host may look at all children
+        for (int i = 0; i < 8; ++i)
+            fill(parent->child[i], below[i]);
     for (int i = 0; i < 8; ++i)
     {
         octreeNode* child = parent->child[i];
         if (mayDivide(child, below[i].size) && addChildren(child))
             divide(child, below[i], nullptr);
-        else
+        else if (!progress)
             fill(child, below[i]);
         if (progress)
             progress(i);

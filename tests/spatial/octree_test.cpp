@@ -337,6 +337,40 @@ TEST_F(Octree, ProgressCountsTheChildrenOfThisNode)
     EXPECT_EQ(reported.size(), 8u); // it is divided already
 }
 
+static const octreeNode* watched;
+static std::vector<int> heldByChildren; // when the first of them is done
+
+TEST_F(Octree, ProgressSeesTheFacesOfTheChildrenThatAreStillToDivide)
+{
+    plant(grid(4));
+    octreeNode node;
+    for (int i = 0; i < mesh->faceCount; ++i)
+        node.insert(mesh.get(), i, true);
+    node.adjustSize();
+    watched = &node;
+    heldByChildren.clear();
+    node.split(2, 5,
+               [](int i)
+               {
+                   for (int child = 0; i == 0 && child < 8; ++child)
+                       heldByChildren.push_back(watched->child[child]->polys.size);
+               });
+    ASSERT_EQ(heldByChildren.size(), 8u);
+    for (int child = 1; child < 8; ++child)
+    {
+        int touching = 0;
+        for (int face = 0; face < mesh->faceCount; ++face)
+        {
+            Vertex3D corners[3];
+            const uint16_t indices[3] = {mesh->faces[face].a, mesh->faces[face].b, mesh->faces[face].c};
+            for (int i = 0; i < 3; ++i)
+                corners[i] = mesh->calculatedVertices[indices[i]] + mesh->position;
+            touching += triangleIntersectsBox(corners, &node.child[child]->min, &node.child[child]->max);
+        }
+        EXPECT_EQ(heldByChildren[static_cast<size_t>(child)], touching) << child;
+    }
+}
+
 // Down to the first child that holds the point, level by level.
 static octreeNode* plainLeaf(octreeNode* node, const Vertex3D& p)
 {

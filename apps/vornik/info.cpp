@@ -265,7 +265,7 @@ static void printForPrograms(const SceneFile& file, const OGroup& group, const s
                                            .text();
     JsonObject all;
     all.add("file", file.path)
-        .add("bytes", static_cast<int>(file.bytes.size()))
+        .add("bytes", file.bytes.size())
         .add("vertices", totals.vertices)
         .add("faces", totals.faces)
         .add("missingImages", totals.missingImages)
@@ -322,7 +322,8 @@ static std::string jsonTree(const TreeFigures& tree)
         .add("depth", tree.depth)
         .add("references", tree.references)
         .add("planes", tree.planes)
-        .add("bytes", static_cast<int>(tree.bytes))
+        .add("bytes", tree.bytes)
+        .add("seconds", static_cast<float>(tree.seconds))
         .text();
 }
 

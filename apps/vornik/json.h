@@ -1,6 +1,7 @@
 // Just enough JSON to print figures for programs.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,7 @@ public:
     JsonObject& add(const std::string& name, const char* text) { return addRaw(name, jsonString(text)); }
     JsonObject& add(const std::string& name, bool value) { return addRaw(name, value ? "true" : "false"); }
     JsonObject& add(const std::string& name, int value) { return addRaw(name, std::to_string(value)); }
+    JsonObject& add(const std::string& name, size_t value) { return addRaw(name, std::to_string(value)); }
     JsonObject& add(const std::string& name, float value);
     JsonObject& addRaw(const std::string& name, const std::string& json);
     std::string text() const { return "{" + fields + "}"; }

@@ -93,7 +93,7 @@ TEST_F(Bake, FiguresOfTheOctree)
     const std::string programs = run({"info", "scene.3ds", "--octree", "--json"}).out;
     const size_t at = programs.find("\"leaves\": ");
     ASSERT_NE(at, std::string::npos) << programs;
-    for (const char* name : {"nodes", "depth", "references", "planes", "bytes"})
+    for (const char* name : {"nodes", "depth", "references", "planes", "bytes", "seconds"})
         EXPECT_NE(programs.find("\"" + std::string(name) + "\": "), std::string::npos) << programs;
     EXPECT_GT(std::atoi(programs.c_str() + at + 10), 8);
 }

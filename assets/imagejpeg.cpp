@@ -1,3 +1,5 @@
+// JPEG images, from loose files and from packs: decoded by platform/jpeg and laid out as textures want them.
+
 #include "vornik/assets/image.h"
 
 #include <cstdlib>

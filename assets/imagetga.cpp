@@ -10,6 +10,7 @@
 #include "assets/packread.h"
 #include "assets/tga.h"
 #include "platform/file.h"
+#include "rasterizer/upsidedown.h"
 #include "vornik/assets/pack.h"
 #include "vornik/core/errorlog.h"
 
@@ -91,15 +92,6 @@ static void readPacked(Stream* stream, int bytesPerPixel, uint8_t* out, const ui
         }
         out += count * 4;
     }
-}
-
-static void turnUpsideDown(uint8_t* image, int width, int height)
-{
-    const size_t stride = static_cast<size_t>(width) * 4;
-    for (int y = 0; y < height / 2; ++y)
-        std::swap_ranges(image + static_cast<size_t>(y) * stride,
-                         image + (static_cast<size_t>(y) + 1) * stride,
-                         image + static_cast<size_t>(height - 1 - y) * stride);
 }
 
 static bool isColor(const Header& header)

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <initializer_list>
 
+#include "core/directions.h"
 #include "core/facecorners.h"
 #include "rasterizer/constants.h"
 #include "vornik/rasterizer/startup.h"
@@ -17,23 +18,6 @@ struct CameraFrame
 {
     Vertex3D view, up, right;
 };
-
-static float lengthOf(const Vertex3D& v)
-{
-    return v;
-}
-
-static Vertex3D scaled(Vertex3D v, float factor)
-{
-    v *= factor;
-    return v;
-}
-
-static Vertex3D unit(Vertex3D v)
-{
-    v.normalize();
-    return v;
-}
 
 // Moves from and at where they lie on each other, so that there is a direction. Straight along z up stays
 // shorter than a unit vector and right is zero.

@@ -14,6 +14,7 @@
 #include "platform/file.h"
 #include "platform/jpeg.h"
 #include "rasterizer/constants.h"
+#include "rasterizer/upsidedown.h"
 #include "vornik/rasterizer/startup.h"
 #include "vornik/rasterizer/state.h"
 
@@ -57,14 +58,6 @@ static void readPlainRows(uint8_t* pixels, int width, int height)
         glPixelStorei(name, 0);
     readPixels(pixels, width, height);
     glPopClientAttrib();
-}
-
-static void turnUpsideDown(uint8_t* pixels, int width, int height)
-{
-    const size_t row = static_cast<size_t>(width) * 4;
-    for (int i = 0; i < height / 2; ++i)
-        std::swap_ranges(pixels + row * static_cast<size_t>(i), pixels + row * static_cast<size_t>(i + 1),
-                         pixels + row * static_cast<size_t>(height - 1 - i));
 }
 
 static void saveJpeg(const char* name, const uint8_t* rgba, int width, int height)

@@ -6,6 +6,7 @@
 
 #include <initializer_list>
 
+#include "rasterizer/alphatexture.h"
 #include "rasterizer/d3d/d3dmesh.h"
 #include "scene/materialtable.h"
 #include "vornik/assets/texture.h"
@@ -18,11 +19,6 @@
 #include "vornik/rasterizer/transparent.h"
 #include "vornik/scene/material.h"
 #include "vornik/scene/renderflags.h"
-
-static bool hasAlphaTexture(const Material& material)
-{
-    return material.firstTexture && material.firstTexture->environment == VRK_DECAL;
-}
 
 static bool isTransparent(const Material& material)
 {

@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <vector>
 
+#include "apps/vornik/directions.h"
+
 // Calls use(position) with the world position of every corner of every visible face, as the group stands at
 // its current frame.
 template <typename Use>
@@ -27,12 +29,6 @@ static void forEachCorner(OGroup* group, Use use)
                     use(position);
             }
     }
-}
-
-static Vertex3D scaled(Vertex3D v, float factor)
-{
-    v *= factor;
-    return v;
 }
 
 View cameraView(OGroup* group, int index, bool classic)

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <vector>
 
+#include "apps/vornik/directions.h"
 #include "apps/vornik/progressbar.h"
 
 // Reaches as far as any scene.
@@ -28,12 +29,6 @@ static bool reachesAnything(OGroup* group, const Light& light)
                 return true;
         }
     return false;
-}
-
-static Vertex3D unit(Vertex3D v)
-{
-    v.normalize();
-    return v;
 }
 
 static Light shoulderLamp(const View& view)

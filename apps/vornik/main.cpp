@@ -49,10 +49,10 @@ static CLI::Validator parsedBy(Parse parse, const std::string& expected)
                           "");
 }
 
-static void addSizeOption(CLI::App* command, int* width, int* height)
+static void addSizeOption(CLI::App* command, const std::string& text, int* width, int* height)
 {
     static std::string size = "1280x720";
-    command->add_option("--size", size, "Width and height in pixels")
+    command->add_option("--size", size, text)
         ->check(parsedBy([width, height](const std::string& text) { return parseSize(text, width, height); },
                          "WIDTHxHEIGHT, each from 1 to 16384"))
         ->type_name("WxH")
@@ -81,7 +81,7 @@ static void addStyleOptions(CLI::App* command, Color* background, int* flags)
 
 static void addPictureOptions(CLI::App* command, PictureOptions* picture)
 {
-    addSizeOption(command, &picture->width, &picture->height);
+    addSizeOption(command, "Width and height in pixels", &picture->width, &picture->height);
     command->add_option("--samples", picture->samples, "Samples along each side of a pixel")
         ->check(CLI::Range(1, 8))
         ->type_name("N")
@@ -225,7 +225,7 @@ static CLI::App* addView(CLI::App* app, ViewOptions* options)
                     "F1 in the window tells the keys. Files dropped on it are loaded.\n"
                     "Exit status: 0 done, 1 no window or a file that can't be read, 2 a wrong command line.");
     command->add_option("FILE.3DS", options->scene, "The scene; none for an empty window");
-    addSizeOption(command, &options->width, &options->height);
+    addSizeOption(command, "Width and height in pixels", &options->width, &options->height);
     addStyleOptions(command, &options->background, &options->flags);
     addDrawingOptions(command, &options->flags,
                       [options](bool sorted)
@@ -271,7 +271,6 @@ static CLI::App* addInfo(CLI::App* app, InfoOptions* options)
 
 static CLI::App* addConsole(CLI::App* app, ConsoleOptions* options)
 {
-    static std::string size = "1280x720";
     CLI::App* command = app->add_subcommand("console", "Command the engine, line by line");
     command->footer(
         "Examples:\n"
@@ -284,12 +283,8 @@ static CLI::App* addConsole(CLI::App* app, ConsoleOptions* options)
         "26 nothing is loaded, 52 a value out of range.");
     command->add_option("SCRIPT", options->script,
                         "Script to run, - for standard input (lines that are typed)");
-    command->add_option("--size", size, "Width and height of what EVAL SHOT draws, in pixels")
-        ->check(parsedBy([options](const std::string& text)
-                         { return parseSize(text, &options->width, &options->height); },
-                         "WIDTHxHEIGHT, each from 1 to 16384"))
-        ->type_name("WxH")
-        ->capture_default_str();
+    addSizeOption(command, "Width and height of what EVAL SHOT draws, in pixels", &options->width,
+                  &options->height);
     return command;
 }
 

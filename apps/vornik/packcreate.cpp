@@ -1,3 +1,5 @@
+// vornik pack create: the members that a list of files and folders makes, and the pack that holds them.
+
 #include "apps/vornik/pack.h"
 
 #include <algorithm>

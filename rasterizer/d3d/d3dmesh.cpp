@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/facecorners.h"
+#include "rasterizer/alphatexture.h"
 #include "rasterizer/d3d/constants.h"
 #include "rasterizer/d3d/d3drasterizer.h"
 #include "rasterizer/d3d/packedcolor.h"
@@ -163,11 +164,6 @@ int D3DMesh::setAlpha(float alpha)
         colorWord(i) = (colorWord(i) & 0x00FFFFFF) | high;
     refill();
     return 0;
-}
-
-static bool hasAlphaTexture(const Material& material)
-{
-    return material.firstTexture && material.firstTexture->environment == VRK_DECAL;
 }
 
 // Calls draw(range, first face, material) for each range whose material can be found, culled as it wants.

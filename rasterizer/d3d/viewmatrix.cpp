@@ -4,18 +4,9 @@
 #include <cmath>
 #include <iterator>
 
+#include "core/directions.h"
+
 static const float least = 9.999999974752427e-07f;
-
-static float lengthOf(const Vertex3D& v)
-{
-    return v;
-}
-
-static Vertex3D scaled(Vertex3D v, float factor)
-{
-    v *= factor;
-    return v;
-}
 
 // The part of an axis that stands upright on the view.
 static Vertex3D uprightPart(const Vertex3D& axis, const Vertex3D& view)

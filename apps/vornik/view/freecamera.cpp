@@ -3,13 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
-static const float steepest = 89.0f;
+#include "apps/vornik/directions.h"
 
-static Vertex3D scaled(Vertex3D v, float factor)
-{
-    v *= factor;
-    return v;
-}
+static const float steepest = 89.0f;
 
 FreeCamera freeCameraAt(const Vertex3D& eye, const Vertex3D& target, const Axes& axes, float distance)
 {

@@ -7,14 +7,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "apps/vornik/directions.h"
+
 static const float stepSeconds = 1.0f / walkStepsASecond;
 static const float noGround = -999999.0f; // z of vrkCheckHeight's answer where nothing is hit
-
-static Vertex3D scaled(Vertex3D v, float factor)
-{
-    v *= factor;
-    return v;
-}
 
 static Vertex3D raised(Vertex3D v, float height)
 {

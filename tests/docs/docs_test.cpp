@@ -165,13 +165,20 @@ TEST_P(ManualPage, HasPlausibleCommandsWhereTheyCannotRun)
 
 TEST_P(ManualPage, HasLinksThatLeadSomewhere)
 {
-    const fs::path folder = fs::path(source + "/" + GetParam().name).parent_path();
+    const fs::path folder = fs::path(GetParam().name).parent_path();
     for (const std::string& link : GetParam().links)
     {
-        const std::string path = link.substr(0, link.find('#'));
-        if (path.empty() || path.find("://") != std::string::npos)
+        if (link.find("://") != std::string::npos)
             continue;
-        EXPECT_TRUE(fs::exists(folder / path)) << GetParam().name << ": " << link;
+        const size_t hash = link.find('#');
+        const std::string path = link.substr(0, hash);
+        const std::string target = path.empty() ? GetParam().name : (folder / path).string();
+        EXPECT_TRUE(fs::exists(source + "/" + target)) << GetParam().name << ": " << link;
+        if (hash == std::string::npos)
+            continue;
+        const std::vector<std::string> anchors = readPage(target).anchors;
+        EXPECT_NE(std::find(anchors.begin(), anchors.end(), link.substr(hash + 1)), anchors.end())
+            << GetParam().name << ": " << link;
     }
 }
 

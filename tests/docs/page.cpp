@@ -39,7 +39,19 @@ static void addLinks(const std::string& line, std::vector<std::string>* links)
         links->push_back(line.substr(at + 2, line.find(')', at) - at - 2));
 }
 
-static Page readPage(const std::string& name)
+// "## Start and stop" as "start-and-stop".
+static std::string anchorOf(const std::string& heading)
+{
+    std::string anchor;
+    for (const unsigned char c : heading.substr(heading.find(' ') + 1))
+        if (std::isalnum(c) || c == '-')
+            anchor += static_cast<char>(std::tolower(c));
+        else if (c == ' ')
+            anchor += '-';
+    return anchor;
+}
+
+Page readPage(const std::string& name)
 {
     Page page;
     page.name = name;
@@ -57,7 +69,11 @@ static Page readPage(const std::string& name)
         else if (inside)
             page.blocks.back().text += line + "\n";
         else
+        {
             addLinks(line, &page.links);
+            if (line.rfind('#', 0) == 0)
+                page.anchors.push_back(anchorOf(line));
+        }
         before = line;
     }
     return page;

@@ -33,7 +33,8 @@ struct Page
 {
     std::string name; ///< path below the root of the sources, like "docs/packs.md"
     std::vector<Block> blocks;
-    std::vector<std::string> links; ///< targets of links and pictures
+    std::vector<std::string> links;   ///< targets of links and pictures
+    std::vector<std::string> anchors; ///< of its headings, as links name them behind a #
 
     bool hasLanguage(const std::string& language) const;
 };
@@ -43,6 +44,9 @@ void PrintTo(const Page& page, std::ostream* out);
 
 /// README.md, CONTRIBUTING.md and all of docs/, in the order of their names.
 std::vector<Page> manualPages();
+
+/// The page of a file; without blocks and headings if there is none.
+Page readPage(const std::string& name);
 
 /// A page's name as part of the name of a test.
 std::string testName(const Page& page);

@@ -108,7 +108,9 @@ static void limitTo(decltype(RLIMIT_AS) what, rlim_t most)
     dup2(nowhere, STDERR_FILENO);
     limitTo(RLIMIT_AS, mostAddresses);
     limitTo(RLIMIT_CORE, 0);
-    alarm(hangSeconds);
+    // Of processor time: the machine may have other work. The alarm is for one that waits for nothing.
+    limitTo(RLIMIT_CPU, hangSeconds);
+    alarm(60 * hangSeconds);
     _exit(reader.accepts(file) ? 0 : 1);
 }
 
@@ -127,8 +129,9 @@ static void tryReader(Reader* reader, const char* file)
     }
     if (used.ru_maxrss > mostKilobytes)
         ++reader->fat;
-    if (WIFSIGNALED(status))
-        ++(WTERMSIG(status) == SIGALRM ? reader->hangs : reader->crashes[WTERMSIG(status)]);
+    const int end = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+    if (end != 0)
+        ++(end == SIGXCPU || end == SIGALRM ? reader->hangs : reader->crashes[end]);
     else
         ++(WEXITSTATUS(status) == 0 ? reader->accepted : reader->refused);
 }

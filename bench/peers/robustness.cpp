@@ -95,9 +95,9 @@ static std::vector<Reader> makeReaders()
     return readers;
 }
 
-static void limitTo(decltype(RLIMIT_AS) what, rlim_t most)
+static void limitTo(decltype(RLIMIT_AS) what, rlim_t most, rlim_t grace = 0)
 {
-    const rlimit limit = {most, most};
+    const rlimit limit = {most, most + grace};
     setrlimit(what, &limit);
 }
 
@@ -109,7 +109,7 @@ static void limitTo(decltype(RLIMIT_AS) what, rlim_t most)
     limitTo(RLIMIT_AS, mostAddresses);
     limitTo(RLIMIT_CORE, 0);
     // Of processor time: the machine may have other work. The alarm is for one that waits for nothing.
-    limitTo(RLIMIT_CPU, hangSeconds);
+    limitTo(RLIMIT_CPU, hangSeconds, 5); // at the end of the grace it would be killed without a name
     alarm(60 * hangSeconds);
     _exit(reader.accepts(file) ? 0 : 1);
 }

@@ -79,20 +79,22 @@ static void uploadToDirect3D(const D3DRasterizer& d3d, const Texture& texture, i
     if (texture.mipmap)
         flags |= textureWithMipMaps;
     flags |= texture.bitsPerTexel == 32 ? textureOf32Bits : textureOf16Bits;
-    D3DTextureEntry* entry = addTexture(frameName(&texture, frame), texture.names[frame], texture.width,
-                                        texture.height, texture.pixels, flags);
+    D3DTextureEntry* entry = findTexture(frameName(&texture, frame));
+    if (!entry && hasImage(&texture))
+        entry = addTexture(frameName(&texture, frame), texture.names[frame], texture.width, texture.height,
+                           texture.pixels, flags);
     if (entry)
         buildTexture(entry, d3d.textureTarget());
 }
 
 int vrkUploadTexture(Texture* texture, int frame)
 {
-    if (!texture || !hasFrame(texture, frame) || !hasImage(texture))
+    if (!texture || !hasFrame(texture, frame))
         return 0;
     if (vrkSelectedRasterizer == 0)
     {
         // GLU builds its levels by what the library says of itself, which without a context is nothing.
-        if (!vrkPlatformHasContext())
+        if (!hasImage(texture) || !vrkPlatformHasContext())
             return 0;
 
         glBindTexture(GL_TEXTURE_2D, frameName(texture, frame));

@@ -53,7 +53,8 @@ static void addSizeOption(CLI::App* command, const std::string& text, int* width
 {
     static std::string size = "1280x720";
     command->add_option("--size", size, text)
-        ->check(parsedBy([width, height](const std::string& text) { return parseSize(text, width, height); },
+        ->check(parsedBy([width, height](const std::string& given)
+                         { return parseSize(given, width, height); },
                          "WIDTHxHEIGHT, each from 1 to 16384"))
         ->type_name("WxH")
         ->capture_default_str();

@@ -1,9 +1,19 @@
 #ifndef VORNIK_PLATFORM_H
 #define VORNIK_PLATFORM_H
 
-// The one public header that differs between systems: the host's window and the handles made for it.
+// The one public header that differs between systems: the host's window and the handles made for it, and the
+// mark of what the shared library exports. Programs that link the engine's objects into themselves define
+// VORNIK_STATIC.
 
 #if defined(_WIN32)
+
+#if defined(VORNIK_BUILDING)
+#define VRK_API __declspec(dllexport)
+#elif defined(VORNIK_STATIC)
+#define VRK_API
+#else
+#define VRK_API __declspec(dllimport)
+#endif
 
 struct HWND__;
 struct HDC__;
@@ -15,6 +25,9 @@ typedef HGLRC__* VRKRenderingContext;
 typedef HPALETTE__* VRKPalette;
 
 #else
+
+/// Marks what the shared library exports.
+#define VRK_API __attribute__((visibility("default")))
 
 /// Where to draw: an X11 window of the host, or an off-screen surface that needs no display server.
 struct VRKNativeWindow

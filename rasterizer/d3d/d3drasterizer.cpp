@@ -253,13 +253,7 @@ void D3DRasterizer::beginScene()
         rebuildSurfaces();
     if (!device)
         return;
-    uint32_t code = device->beginScene();
-    if (code == d3d::surfaceLost)
-    {
-        restoreSurfaces();
-        code = device->beginScene();
-    }
-    if (d3d::isFailure(code))
+    if (d3d::isFailure(device->beginScene()))
         system->showBox(window, errorBoxCaption, "BeginScene failed", false);
 }
 

@@ -88,8 +88,9 @@ public:
     /// Of texture stage 0.
     void setStageState(uint32_t kind, uint32_t value);
     uint32_t stageState(uint32_t kind);
-    void setColorStage(uint32_t stage, uint32_t operation, uint32_t arg1, uint32_t arg2);
-    void setAlphaStage(uint32_t stage, uint32_t operation, uint32_t arg1, uint32_t arg2);
+    /// @return 1
+    int setColorStage(uint32_t stage, uint32_t operation, uint32_t arg1, uint32_t arg2);
+    int setAlphaStage(uint32_t stage, uint32_t operation, uint32_t arg1, uint32_t arg2); ///< @return 1
     void setBlend(uint32_t source, uint32_t destination);
     void setAlphaFunction(uint32_t function, float reference);
     /// @param c  forced into 0 to 1 itself

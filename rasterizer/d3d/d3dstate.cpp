@@ -97,22 +97,26 @@ uint32_t D3DRasterizer::stageState(uint32_t kind)
     return device ? device->stageState(0, kind) : 0;
 }
 
-void D3DRasterizer::setColorStage(uint32_t stage, uint32_t operation, uint32_t arg1, uint32_t arg2)
+int D3DRasterizer::setColorStage(uint32_t stage, uint32_t operation, uint32_t arg1, uint32_t arg2)
 {
-    if (!device)
-        return;
-    device->setStageState(stage, d3d::colorArg1, arg1);
-    device->setStageState(stage, d3d::colorOp, operation);
-    device->setStageState(stage, d3d::colorArg2, arg2);
+    if (device)
+    {
+        device->setStageState(stage, d3d::colorArg1, arg1);
+        device->setStageState(stage, d3d::colorOp, operation);
+        device->setStageState(stage, d3d::colorArg2, arg2);
+    }
+    return 1;
 }
 
-void D3DRasterizer::setAlphaStage(uint32_t stage, uint32_t operation, uint32_t arg1, uint32_t arg2)
+int D3DRasterizer::setAlphaStage(uint32_t stage, uint32_t operation, uint32_t arg1, uint32_t arg2)
 {
-    if (!device)
-        return;
-    device->setStageState(stage, d3d::alphaArg1, arg1);
-    device->setStageState(stage, d3d::alphaOp, operation);
-    device->setStageState(stage, d3d::alphaArg2, arg2);
+    if (device)
+    {
+        device->setStageState(stage, d3d::alphaArg1, arg1);
+        device->setStageState(stage, d3d::alphaOp, operation);
+        device->setStageState(stage, d3d::alphaArg2, arg2);
+    }
+    return 1;
 }
 
 void D3DRasterizer::setBlend(uint32_t source, uint32_t destination)

@@ -16,9 +16,7 @@
 #include <string>
 #include <vector>
 
-#ifndef _WIN32
 #include <pthread.h>
-#endif
 
 #include "tests/support/engine.h"
 #include "tests/support/testmesh.h"
@@ -209,9 +207,6 @@ TEST_F(TimeBounds, MeshesBelowACameraOfManyKeys)
 // Runs work where a host's thread with little room for calls within calls would.
 static void runOnSmallStack(std::function<void()> work)
 {
-#ifdef _WIN32
-    work();
-#else
     pthread_attr_t attributes;
     pthread_attr_init(&attributes);
     ASSERT_EQ(pthread_attr_setstacksize(&attributes, 512 << 10), 0);
@@ -224,7 +219,6 @@ static void runOnSmallStack(std::function<void()> work)
     ASSERT_EQ(pthread_create(&thread, &attributes, run, &work), 0);
     pthread_join(thread, nullptr);
     pthread_attr_destroy(&attributes);
-#endif
 }
 
 TEST_F(TimeBounds, AHierarchyOfEightThousandNodesTakesNoStack)

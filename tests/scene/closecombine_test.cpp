@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cmath>
 #include <cstring>
+#include <ctime>
 #include <functional>
 #include <limits>
 #include <memory>
@@ -255,9 +255,9 @@ static size_t weldMany(std::vector<Vertex3D> cloud, float e)
     Mesh* mesh = makeMesh("cloud", cloud, {});
     group->addMesh(mesh);
     group->addMesh(boxAround(4e9f));
-    auto start = std::chrono::steady_clock::now();
+    const std::clock_t start = std::clock(); // the processor's time, which a busy machine leaves alone
     group->closeCombine(e);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
+    EXPECT_LT(std::clock() - start, 20 * CLOCKS_PER_SEC);
 
     std::set<std::array<float, 3>> positions;
     for (int i = 0; i < mesh->vertexCount; i++)

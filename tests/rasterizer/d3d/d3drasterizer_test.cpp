@@ -342,13 +342,16 @@ TEST_F(D3DRasterizerTest, SceneThatCannotBeginIsShown)
     EXPECT_EQ(script.boxText, "BeginScene failed");
 }
 
-TEST_F(D3DRasterizerTest, SurfacesLostAtTheBeginOfASceneComeBack)
+TEST_F(D3DRasterizerTest, SurfacesLostAtTheBeginOfASceneAreShownAndComeBackWithTheSwap)
 {
     ASSERT_EQ(start(), 0);
     script.calls.clear();
     script.beginResults = {d3d::surfaceLost};
+    script.presentResults = {d3d::surfaceLost};
     vrkDXBeginScene();
-    EXPECT_EQ(script.calls, (Calls{"begin", "restore", "begin"}));
+    EXPECT_EQ(script.calls, (Calls{"begin", "box Id3d"}));
+    vrkSwapBuffers();
+    EXPECT_TRUE(script.heard("restore"));
 }
 
 TEST_F(D3DRasterizerTest, ChangedModeRebuildsAWindowsSurfaces)

@@ -64,6 +64,18 @@ TEST_F(D3DStateTest, MatricesGoToTheStack)
     EXPECT_EQ(script.calls, Calls{}); // the device gets it with the next mesh
 }
 
+TEST_F(D3DStateTest, StagesTakeThreeStatesEach)
+{
+    EXPECT_EQ(d3d->setColorStage(1, d3d::selectArg1, d3d::argDiffuse, d3d::argTexture), 1);
+    EXPECT_EQ(d3d->setAlphaStage(1, d3d::modulate, d3d::argTexture, d3d::argDiffuse), 1);
+    const auto state = [](uint32_t kind, uint32_t value)
+    { return "stage 1 " + std::to_string(kind) + " " + std::to_string(value); };
+    EXPECT_EQ(script.calls,
+              (Calls{state(d3d::colorArg1, d3d::argDiffuse), state(d3d::colorOp, d3d::selectArg1),
+                     state(d3d::colorArg2, d3d::argTexture), state(d3d::alphaArg1, d3d::argTexture),
+                     state(d3d::alphaOp, d3d::modulate), state(d3d::alphaArg2, d3d::argDiffuse)}));
+}
+
 TEST_F(D3DStateTest, MultMatrixTakesTheFirstSixteenFloats)
 {
     float block[4][4][4];

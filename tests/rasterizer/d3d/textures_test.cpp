@@ -181,6 +181,19 @@ TEST_F(D3DTextureTest, SecondUploadUnderANameKeepsTheFirstImage)
     EXPECT_EQ(request().width, 4);
     EXPECT_EQ(request().format.bits, 16u);
     EXPECT_EQ(script.texturesAlive, 1);
+
+    texture.pixels = nullptr; // which isn't looked at any more
+    vrkUploadTexture(&texture, 0);
+    EXPECT_EQ(script.textureRequests.size(), 3u);
+    EXPECT_EQ(script.texturesAlive, 1);
+}
+
+TEST_F(D3DTextureTest, NameWithoutAnImageStaysWithout)
+{
+    texture.pixels = nullptr;
+    vrkUploadTexture(&texture, 0);
+    EXPECT_FALSE(vrkTextureUploaded(texture.textureIDs[0]));
+    EXPECT_EQ(script.texturesAlive, 0);
 }
 
 TEST_F(D3DTextureTest, DeletedTexturesStay)

@@ -27,9 +27,14 @@ protected:
 
     void TearDown() override
     {
+        dropPixels();
+        D3DRecorderTest::TearDown();
+    }
+
+    void dropPixels()
+    {
         std::free(texture.pixels);
         texture.pixels = nullptr;
-        D3DRecorderTest::TearDown();
     }
 
     void fill(int width, int height, uint8_t r = 255, uint8_t g = 128, uint8_t b = 64, uint8_t a = 192)
@@ -182,7 +187,7 @@ TEST_F(D3DTextureTest, SecondUploadUnderANameKeepsTheFirstImage)
     EXPECT_EQ(request().format.bits, 16u);
     EXPECT_EQ(script.texturesAlive, 1);
 
-    texture.pixels = nullptr; // which isn't looked at any more
+    dropPixels(); // which aren't looked at any more
     vrkUploadTexture(&texture, 0);
     EXPECT_EQ(script.textureRequests.size(), 3u);
     EXPECT_EQ(script.texturesAlive, 1);
@@ -190,7 +195,7 @@ TEST_F(D3DTextureTest, SecondUploadUnderANameKeepsTheFirstImage)
 
 TEST_F(D3DTextureTest, NameWithoutAnImageStaysWithout)
 {
-    texture.pixels = nullptr;
+    dropPixels();
     vrkUploadTexture(&texture, 0);
     EXPECT_FALSE(vrkTextureUploaded(texture.textureIDs[0]));
     EXPECT_EQ(script.texturesAlive, 0);

@@ -243,7 +243,7 @@ static std::unique_ptr<TList> makeMaterialList(OGroup* group, const char* materi
     list->setBaseDirectory(materialDirectory ? materialDirectory : "");
     beginMaterials(list.get());
     if (group->addTList(list.get()) == 0)
-        list.release();
+        (void)list.release();
     return list;
 }
 
@@ -252,7 +252,7 @@ static std::unique_ptr<PathList> makePathList(OGroup* group)
     auto list = std::make_unique<PathList>();
     loaderPaths = list.get();
     if (group->addPathList(loaderPaths) == 0)
-        list.release();
+        (void)list.release();
     return list;
 }
 

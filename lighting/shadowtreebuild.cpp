@@ -233,7 +233,11 @@ struct Slice
         count += other.count;
     }
 
-    float cost() const { return measure(box) * float((count + lanes - 1) / lanes); }
+    float cost() const
+    {
+        const auto groups = (count + lanes - 1) / lanes;
+        return measure(box) * float(groups);
+    }
 };
 
 const int sliceCount = 16;

@@ -127,6 +127,7 @@ static PlacedMesh place(const Mesh& source)
 static std::vector<PositionKey3ds> positionKeys(const std::vector<PositionKey>& keys, Vec3 rest)
 {
     std::vector<PositionKey3ds> out;
+    out.reserve(keys.size() + 1);
     for (const PositionKey& key : keys)
         out.push_back({key.frame, toFile(rest + key.position), {}});
     if (out.empty())
@@ -246,7 +247,7 @@ std::vector<uint8_t> encodeScene(const Scene& scene)
 
 static uint8_t toByte(float channel)
 {
-    return static_cast<uint8_t>(clamp01(channel) * 255 + 0.5f);
+    return static_cast<uint8_t>(std::lround(clamp01(channel) * 255));
 }
 
 std::vector<uint8_t> encodePicture(const std::string& name, const Image& image)

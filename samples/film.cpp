@@ -27,8 +27,9 @@ static Material* makePuff()
     texture->pixels = static_cast<uint8_t*>(std::malloc(puffSide * puffSide * 4));
     for (int i = 0; i < puffSide * puffSide; ++i)
     {
-        const float x = (static_cast<float>(i % puffSide) + 0.5f) / (puffSide / 2) - 1;
-        const float y = (static_cast<float>(i / puffSide) + 0.5f) / (puffSide / 2) - 1;
+        const int column = i % puffSide, row = i / puffSide;
+        const float x = (static_cast<float>(column) + 0.5f) / (static_cast<float>(puffSide) * 0.5f) - 1;
+        const float y = (static_cast<float>(row) + 0.5f) / (static_cast<float>(puffSide) * 0.5f) - 1;
         const float height = 1 - (x * x + y * y);
         texture->pixels[i * 4] = texture->pixels[i * 4 + 1] = texture->pixels[i * 4 + 2] = 255;
         texture->pixels[i * 4 + 3] = static_cast<uint8_t>(height > 0 ? 95 * height * height : 0);

@@ -66,8 +66,9 @@ static Material* makeGlow()
     texture->pixels = static_cast<uint8_t*>(std::malloc(glowSide * glowSide * 4));
     for (int i = 0; i < glowSide * glowSide; ++i)
     {
-        const float x = (static_cast<float>(i % glowSide) + 0.5f) / (glowSide / 2) - 1;
-        const float y = (static_cast<float>(i / glowSide) + 0.5f) / (glowSide / 2) - 1;
+        const int column = i % glowSide, row = i / glowSide;
+        const float x = (static_cast<float>(column) + 0.5f) / (static_cast<float>(glowSide) * 0.5f) - 1;
+        const float y = (static_cast<float>(row) + 0.5f) / (static_cast<float>(glowSide) * 0.5f) - 1;
         const float light = 1 - (x * x + y * y);
         for (int channel = 0; channel < 3; ++channel)
             texture->pixels[i * 4 + channel] = static_cast<uint8_t>(glowColor >> (16 - 8 * channel));

@@ -77,7 +77,7 @@ void Builder::net(const std::vector<Vec3>& points, const std::vector<Vec2>& coor
     {
         for (int c = 0; c + 1 < columns; ++c)
         {
-            const size_t i = static_cast<size_t>(r * columns + c);
+            const size_t i = static_cast<size_t>(r) * static_cast<size_t>(columns) + static_cast<size_t>(c);
             const size_t above = i + static_cast<size_t>(columns);
             quad(index[i], index[i + 1], index[above + 1], index[above], group);
         }

@@ -62,6 +62,7 @@ static bool notePlacing(MeshCopy* copy)
     const float placing[10] = {mesh.rotation.x, mesh.rotation.y, mesh.rotation.z, mesh.rotation.w,
                                mesh.position.x, mesh.position.y, mesh.position.z, mesh.pivot.x,
                                mesh.pivot.y,    mesh.pivot.z};
+    // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison): the bits, for numbers that are none
     if (std::memcmp(placing, copy->placing, sizeof placing) == 0 &&
         copy->rasterizer == vrkSelectedRasterizer && copy->context == VRK_hGLRC)
         return false;
@@ -84,6 +85,7 @@ bool PackedTree::check(MeshCopy* copy) const
     if (notePlacing(copy))
     {
         const double* matrix = WorldCorners::matrixOf(&mesh);
+        // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison): the bits, for numbers that are none
         if (std::memcmp(matrix, copy->matrix, sizeof copy->matrix) != 0)
             ++copy->version;
         std::memcpy(copy->matrix, matrix, sizeof copy->matrix);

@@ -34,10 +34,12 @@ static bool isLarge(const OGroup& group)
 
 static void ask(OGroup* group)
 {
-    if (!group->octree && isLarge(*group))
-        return;
     if (!group->octree)
+    {
+        if (isLarge(*group))
+            return;
         group->constructOctree();
+    }
     Vertex3D from = {0, 0, 10}, to = {3, 2, -10}, normal = {0, 0, 0};
     if (group->meshCount > 0 && group->meshes[0]->vertexCount > 0)
         to = group->meshes[0]->calculatedVertex(0);

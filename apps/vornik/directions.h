@@ -1,4 +1,5 @@
-// What a Vertex3D can't do with operators, since it becomes its length wherever a number is wanted.
+// What a Vertex3D can't do with operators, since it becomes its length wherever a number is wanted. The
+// engine has the same for itself; the host uses public headers only.
 #pragma once
 
 #include "vornik/core/vectors.h"

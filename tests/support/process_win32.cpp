@@ -1,5 +1,10 @@
 #include "tests/support/process_win32.h"
 
+#include <cstdio>
+
+// Once in some thousand times Wine fails to start a program, before anything of the program has run.
+constexpr int mostStarts = 3;
+
 // As the C library of the other program takes it apart again.
 static std::string quoted(const std::string& argument)
 {
@@ -23,6 +28,15 @@ static HANDLE openStream(const std::string& path, bool write)
                        FILE_ATTRIBUTE_NORMAL, nullptr);
 }
 
+// Says why a start has failed. @return whether another one may do better
+static bool mayStartLater(const std::string& program)
+{
+    const DWORD error = GetLastError();
+    std::fprintf(stderr, "%s can't be started: error %lu\n", program.c_str(), error);
+    Sleep(200);
+    return error != ERROR_FILE_NOT_FOUND && error != ERROR_PATH_NOT_FOUND;
+}
+
 HANDLE startProcess(const std::vector<std::string>& command, const std::string& folder,
                     const ProcessFiles& files)
 {
@@ -37,8 +51,12 @@ HANDLE startProcess(const std::vector<std::string>& command, const std::string& 
     start.hStdOutput = openStream(files.output, true);
     start.hStdError = openStream(files.error, true);
     PROCESS_INFORMATION process = {};
-    if (CreateProcessA(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, folder.c_str(), &start,
-                       &process))
+    bool tryAgain = true;
+    for (int i = 0; i < mostStarts && tryAgain; ++i)
+        tryAgain = !CreateProcessA(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, folder.c_str(),
+                                   &start, &process) &&
+                   mayStartLater(command[0]);
+    if (process.hThread)
         CloseHandle(process.hThread);
     for (const HANDLE stream : {start.hStdInput, start.hStdOutput, start.hStdError})
         CloseHandle(stream);

@@ -51,6 +51,45 @@ static Scene3ds sceneWithImages()
     return scene;
 }
 
+// What only the keyframes of a tolerant load reach: a moving camera that carries meshes, targets, rolls,
+// splines, pivots, dummies, instances, a mirrored mesh, a light in the hierarchy and parents that go round in
+// a circle.
+static Scene3ds carriedScene()
+{
+    Scene3ds scene = sceneWithImages();
+    scene.materials[0].maps.push_back({.slot = MAP_3DS_TEXTURE2, .file = "WALL.PNG"});
+    scene.materials.push_back({.name = "G", .maps = {{.file = "GREY.TGA"}}});
+    scene.materials.push_back({.name = "T", .maps = {{.file = "FOLDER\\TOP.TGA"}}});
+    scene.meshes[1].axes = std::array<float, 12>{-1, 0, 0, 0, 1, 0, 0, 0, 1, 2, 0, 0};
+    const std::vector<PositionKey3ds> way = {
+        {.position = {0, -9, 0}},
+        {.frame = 5, .position = {3, -9, 1}, .spline = {3, {0.5f, 0.5f}}},
+        {.frame = 9, .position = {4, -8, 2}}};
+    const std::vector<RotationKey3ds> turns = {{.angle = 1},
+                                               {.frame = 9, .angle = 3.14159265f, .axis = {1, 0, 0}}};
+    const auto id = [](int number) { return static_cast<int16_t>(number); };
+    scene.nodes = {
+        {.kind = NODE_3DS_CAMERA,
+         .id = id(0),
+         .name = "C",
+         .positions = way,
+         .rolls = {{.angle = 10}, {.frame = 9}}},
+        {.kind = NODE_3DS_CAMERA_TARGET, .id = id(1), .name = "C", .positions = way},
+        {.id = id(2),
+         .name = "M",
+         .parent = 0,
+         .pivot = Vertex3D{1, 0, 0},
+         .positions = way,
+         .rotations = turns},
+        {.id = id(3), .name = "$$$DUMMY", .parent = 2, .instance = "D", .rotations = turns},
+        {.id = id(4), .name = "M", .parent = 3, .positions = way, .scales = {{.position = {2, 1, 1}}}},
+        {.kind = NODE_3DS_LIGHT, .id = id(5), .name = "L", .parent = 3, .positions = way},
+        {.id = id(6), .name = "N", .scales = {{.position = {-1, 1, 1}}}},
+        {.id = id(7), .name = "NONE", .parent = 8},
+        {.id = id(8), .name = "NONE", .parent = 7}};
+    return scene;
+}
+
 static Scene3ds plainScene()
 {
     return {.meshes = {{.name = "M", .vertices = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}, .faces = {{0, 1, 2}}}},
@@ -61,6 +100,8 @@ static void saveScenes()
 {
     const Bytes complete = build3ds(completeScene()), images = build3ds(sceneWithImages()),
                 plain = build3ds(plainScene());
+    for (const uint32_t flags : {0x173FCu, 0x1E1FFCu})
+        save("scene", "carried-" + std::to_string(flags), withFlags(build3ds(carriedScene()), flags));
     for (const uint32_t flags : {0x10FDu, 0x11FDu, 0x1FFFu, 0x11FFDu, 0x211FFDu, 0x20u})
     {
         const std::string suffix = "-" + std::to_string(flags);
@@ -72,13 +113,13 @@ static void saveScenes()
 
 static void savePacks()
 {
-    const std::string full = buildPack({{"SCENE.3DS", textOf(build3ds(sceneWithImages()))},
+    const std::string full = buildPack({{"SCENE.3DS", textOf(build3ds(carriedScene()))},
                                         {"\\WALL.JPG", textOf(writeJpeg(Picture(8, 8)))},
                                         {"\\HOLES.TGA", textOf(writeTga(Picture(8, 8, 0x40404040)))},
                                         {"\\FIRE.IFL", "F1.TGA\nF2.TGA\n"},
                                         {"\\F1.TGA", textOf(writeTga(Picture(4, 4)))},
                                         {"FIRE.IFL", "F1.TGA\nF2.TGA\n"}});
-    for (const uint32_t flags : {0x90FDu, 0x199FDu, 0x9FFFu})
+    for (const uint32_t flags : {0x90FDu, 0x199FDu, 0x9FFFu, 0x1F3FDu})
         save("packedscene", "full-" + std::to_string(flags), withFlags(bytesOf(full), flags));
     save("pack", "full", bytesOf(full));
     save("pack", "small", bytesOf(buildPack({{"A.TXT", "one\ntwo\n"}, {"FIRE.IFL", "F1.TGA\nF2.TGA"}})));
@@ -99,10 +140,11 @@ static void saveImages()
     {
         const Picture picture = gradient(width, height);
         const std::string size = std::to_string(width) + "x" + std::to_string(height);
-        for (const int bits : {24, 32})
+        for (const int bits : {8, 24, 32})
             for (const bool packed : {false, true})
                 save("tga", size + "-" + std::to_string(bits) + (packed ? "-packed" : ""),
-                     writeTga(picture, {.packed = packed, .bits = bits, .identification = "id"}));
+                     writeTga(picture,
+                              {.packed = packed, .bits = bits, .topOrigin = packed, .identification = "id"}));
         save("jpeg", size, writeJpeg(picture));
         save("jpeg", size + "-coarse", writeJpeg(picture, 10));
     }

@@ -44,6 +44,8 @@ void startSilentEngine()
         std::atexit(removeFolder);
         saveFile(folder + "WALL.JPG", writeJpeg(Picture(8, 8)));
         saveFile(folder + "HOLES.TGA", writeTga(Picture(8, 8, 0x40404040)));
+        saveFile(folder + "GREY.TGA", writeTga(Picture(8, 8), {.bits = 8}));
+        saveFile(folder + "TOP.TGA", writeTga(Picture(7, 5), {.topOrigin = true}));
         saveFile(folder + "F1.TGA", writeTga(Picture(4, 4)));
         saveFile(folder + "F2.TGA", writeTga(Picture(16, 16)));
         const std::string list = "F1.TGA\nF2.TGA\n";

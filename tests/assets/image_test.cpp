@@ -658,19 +658,13 @@ TEST_F(TolerantImageLoad, OriginAndIdentificationOfATga)
 
 TEST_F(TolerantImageLoad, GreyTga)
 {
-    Bytes bytes = writeTga(Picture(2, 1));
-    bytes[2] = 3;
-    bytes[16] = 8;
-    bytes.resize(18);
-    bytes.insert(bytes.end(), {50, 99});
-    folder.write("plain.tga", bytes);
+    Picture picture(2, 1, 0x320000FF);
+    *picture.at(1, 0) = 99;
+    folder.write("plain.tga", writeTga(picture, {.bits = 8}));
     EXPECT_EQ(load("plain.tga"), 0);
     EXPECT_EQ(texture.bytesPerPixel, 3);
     EXPECT_EQ(Bytes(texture.pixels, texture.pixels + 8), (Bytes{50, 50, 50, 255, 99, 99, 99, 255}));
-    bytes[2] = 11;
-    bytes.resize(18);
-    bytes.insert(bytes.end(), {0x81, 70});
-    folder.write("packed.tga", bytes);
+    folder.write("packed.tga", writeTga(Picture(2, 1, 0x460000FF), {.packed = true, .bits = 8}));
     EXPECT_EQ(load("packed.tga"), 0);
     EXPECT_EQ(Bytes(texture.pixels, texture.pixels + 8), (Bytes{70, 70, 70, 255, 70, 70, 70, 255}));
 }

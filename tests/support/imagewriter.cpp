@@ -17,6 +17,11 @@ Picture::Picture(int pictureWidth, int pictureHeight, uint32_t rgbaColor)
 
 static void putPixel(std::vector<uint8_t>* out, const uint8_t* rgba, int bits)
 {
+    if (bits == 8)
+    {
+        out->push_back(rgba[0]);
+        return;
+    }
     out->insert(out->end(), {rgba[2], rgba[1], rgba[0]});
     if (bits == 32)
         out->push_back(rgba[3]);
@@ -59,7 +64,7 @@ std::vector<uint8_t> writeTga(const Picture& picture, const TgaOptions& options)
 {
     std::vector<uint8_t> out(18, 0);
     out[0] = static_cast<uint8_t>(options.identification.size());
-    out[2] = options.packed ? 10 : 2;
+    out[2] = static_cast<uint8_t>((options.bits == 8 ? 3 : 2) + (options.packed ? 8 : 0));
     out[12] = static_cast<uint8_t>(picture.width);
     out[13] = static_cast<uint8_t>(picture.width >> 8);
     out[14] = static_cast<uint8_t>(picture.height);

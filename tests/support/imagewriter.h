@@ -25,8 +25,8 @@ struct Picture
 
 struct TgaOptions
 {
-    bool packed = false;             ///< run-length encoded, type 10 instead of 2
-    int bits = 24;                   ///< 24 or 32
+    bool packed = false;             ///< run-length encoded, type 10 or 11 instead of 2 or 3
+    int bits = 24;                   ///< 24 or 32; 8 writes the red channel as grey
     bool topOrigin = false;          ///< rows from the top, told by the descriptor
     std::string identification = {}; ///< text in front of the pixels
 };

@@ -88,7 +88,8 @@ public:
     int delMesh(Mesh* mesh);
 
     /// Builds the octree that the queries ask, from the visible meshes as they stand now. A tree that is
-    /// there already is not released. @return 0; 44 without meshes, logged
+    /// there already is not released: a host that builds another one deletes it first.
+    /// @return 0; 44 without meshes, logged
     int constructOctree();
 
     /// Scales the whole group, tracks, lights and cameras' eyes included, so that a known object gets a

@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "samples/export.h"
 #include "tests/support/allocations.h"
 #include "tests/support/completescene.h"
 #include "tests/support/engine.h"
@@ -166,6 +167,11 @@ TEST(CrowdedFiles, OfMapsTakeTheMostMemoryOfAll)
     const long long most = peakBytes() - before;
     EXPECT_LE(most, fixedBytes + mostBytesEach * static_cast<long long>(bytes.size()));
     EXPECT_GT(most, mostBytesEach / 2 * static_cast<long long>(bytes.size()));
+}
+
+TEST_F(DamagedFiles, OfTheSample)
+{
+    damageAll(sample::encodeScene(sample::buildHarbour()), "harbour.3ds");
 }
 
 TEST_F(DamagedFiles, OfTheTestModelsPackage)

@@ -3,7 +3,7 @@
 #include <cstdio>
 
 // Once in some thousand times Wine fails to start a program, before anything of the program has run.
-constexpr int mostStarts = 3;
+constexpr int mostStarts = 6;
 
 // As the C library of the other program takes it apart again.
 static std::string quoted(const std::string& argument)
@@ -33,7 +33,7 @@ static bool mayStartLater(const std::string& program)
 {
     const DWORD error = GetLastError();
     std::fprintf(stderr, "%s can't be started: error %lu\n", program.c_str(), error);
-    Sleep(200);
+    Sleep(500);
     return error != ERROR_FILE_NOT_FOUND && error != ERROR_PATH_NOT_FOUND;
 }
 

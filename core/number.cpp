@@ -21,6 +21,14 @@ static std::string_view digitsOf(std::string_view text, bool* negative)
     return text;
 }
 
+// Is this a number to the base of 16? Without a digit behind it the prefix is a 0 and a letter, also where
+// words follow that stand for a number.
+static bool isHexadecimal(std::string_view digits)
+{
+    return (digits.starts_with("0x") || digits.starts_with("0X")) &&
+           digits.find_first_of("0123456789abcdefABCDEF.", 2) == 2;
+}
+
 // Which way a number lies outside a double: by its exponent, or without one by what stands before the point.
 static double outOfRange(std::string_view digits)
 {
@@ -35,7 +43,7 @@ double numberFrom(std::string_view text)
     bool negative;
     std::string_view digits = digitsOf(text, &negative);
     auto format = std::chars_format::general;
-    if (digits.starts_with("0x") || digits.starts_with("0X"))
+    if (isHexadecimal(digits))
     {
         format = std::chars_format::hex;
         digits.remove_prefix(2);

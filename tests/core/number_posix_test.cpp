@@ -31,6 +31,8 @@ TEST(Number, NumbersAreReadAsTheLibraryReadsThem)
                              "0x10",
                              "0X",
                              "0XG",
+                             "-0XG",
+                             "-0XINF",
                              "-0x1.8p2",
                              "1,5",
                              "1.5.5",

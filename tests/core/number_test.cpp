@@ -35,6 +35,14 @@ TEST(Number, ManyDigitsWithoutAnExponentAreInfiniteOrNothing)
     EXPECT_EQ(numberFrom(zeros + "2.5"), 2.5);
 }
 
+TEST(Number, WordsForNumbersCountOnlyByThemselves)
+{
+    for (const char* text : {"0XINF", "0xinfinity", "-0XINF", "0XNAN"})
+        EXPECT_EQ(numberFrom(text), 0.0) << text; // the digit in front of them
+    EXPECT_EQ(numberFrom("0XABP1"), 342.0);
+    EXPECT_EQ(numberFrom("0X.8"), 0.5);
+}
+
 TEST(Number, HasADecimalPointInEveryLocale)
 {
     const GermanScope german;

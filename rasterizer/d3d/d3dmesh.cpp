@@ -24,8 +24,12 @@
 
 static_assert(sizeof(D3DWorldVertex) == 24 && sizeof(D3DMesh::WindowVertex) == 28);
 
-// The most faces that one draw takes.
-static const int facesOfADraw = 65535;
+// The most faces that one draw takes: 65,535 triangles, or the lines through as many indices as make whole
+// ones.
+static int facesOfADraw(bool wire)
+{
+    return wire ? 65535 * 2 / 3 : 65535;
+}
 
 D3DMesh::D3DMesh()
     : useVertexBuffer(0), transformed(0), vertices(nullptr), vertexCount(0), faces(nullptr),
@@ -192,11 +196,11 @@ void D3DMesh::drawRange(const Range& range, int firstFace, bool wire)
     D3DDevice* device = vrkDirect3D->device;
     const uint32_t primitive = wire ? d3d::lineList : d3d::triangleList;
     const uint32_t count = static_cast<uint32_t>(vertexCount);
-    for (int drawn = 0; vertexCount > 0 && drawn < range.faceCount; drawn += facesOfADraw)
+    const int most = facesOfADraw(wire);
+    for (int drawn = 0; vertexCount > 0 && drawn < range.faceCount; drawn += most)
     {
         const uint16_t* indices = &faces[firstFace + drawn].a;
-        const uint32_t indexCount =
-            static_cast<uint32_t>(std::min(range.faceCount - drawn, facesOfADraw)) * 3;
+        const uint32_t indexCount = static_cast<uint32_t>(std::min(range.faceCount - drawn, most)) * 3;
         if (useVertexBuffer && vertexBuffer)
             device->drawIndexed(primitive, *vertexBuffer, count, indices, indexCount);
         else

@@ -1,12 +1,15 @@
 #include "rasterizer/d3d/d3dmesh.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "rasterizer/d3d/constants.h"
+#include "tests/support/allocations.h"
 #include "tests/support/d3drecorder.h"
 #include "tests/support/testmesh.h"
 #include "vornik/assets/texture.h"
 #include "vornik/assets/tlist.h"
+#include "vornik/core/errorlog.h"
 #include "vornik/rasterizer/startup.h"
 #include "vornik/rasterizer/state.h"
 #include "vornik/rasterizer/texture.h"
@@ -360,6 +363,42 @@ TEST_F(D3DMeshTest, HugeRangesAreDrawnInPieces)
     script.calls.clear();
     mesh.drawSolid(0, &list);
     EXPECT_EQ(script.only({"indexed"}), (Calls{"indexed 4 322 4 196605", "indexed 4 322 4 13395"}));
+}
+
+TEST_F(D3DMeshTest, PiecesOfAHugeWireRangeKeepTheirLinesWhole)
+{
+    fill(std::vector<Facelist>(70000, Facelist{0, 1, 2}), std::vector<int>(70000, 1));
+    materials[0]->wire = 1;
+    script.calls.clear();
+    mesh.drawSolid(0, &list);
+    // A draw takes 65,535 lines, and an odd number of indices would cut one in two.
+    EXPECT_EQ(script.only({"indexed"}), (Calls{"indexed 2 322 4 131070", "indexed 2 322 4 78930"}));
+}
+
+TEST_F(D3DMeshTest, WithoutMemoryItStaysEmpty)
+{
+    const std::vector<Facelist> faces = {{0, 1, 2}, {1, 3, 2}};
+    const std::vector<Textlist> texts = {{1}, {2}};
+    vrkInitErrorLog(folder.path("log").c_str());
+    std::vector<int> answers;
+    int answer = -1;
+    for (long n = 1; answer != 0; ++n)
+    {
+        failAllocation(n);
+        answer = mesh.fill(corners.data(), colors.data(), nullptr, coords.data(), 4, faces.data(),
+                           texts.data(), 2);
+        failAllocation(0);
+        answers.push_back(answer);
+        EXPECT_EQ(mesh.ranges != nullptr, answer == 0) << n;
+        EXPECT_EQ(mesh.faceCount, answer == 0 ? 2 : 0) << n;
+    }
+    // Ranges are made last, one for each material, and are what the log is told of.
+    ASSERT_GE(answers.size(), 6u);
+    answers.pop_back();
+    const std::vector<int> last(answers.end() - 3, answers.end());
+    EXPECT_EQ(last, (std::vector<int>{2, 51, 51}));
+    EXPECT_EQ(std::count(answers.begin(), answers.end(), 51), 2);
+    EXPECT_EQ(log(), "Fatal! DX has run out of memory!\nFatal! DX has run out of memory!\n");
 }
 
 TEST_F(D3DMeshTest, VertexBufferIsDrawnFromAndRefilled)

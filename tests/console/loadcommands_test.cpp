@@ -252,6 +252,20 @@ TEST_F(LoadCommands, AScalerFixesTheScale)
     EXPECT_FLOAT_EQ(mesh("FLOOR")->calculatedVertices[2].x - mesh("FLOOR")->calculatedVertices[0].x, 10.0f);
 }
 
+TEST_F(LoadCommands, OnlyAWholeLoadLooksForTheScaler)
+{
+    Scene3ds content = exampleScene();
+    content.meshes.push_back(square("SCALER", 0, 2, 0));
+    write("scaled.3ds", content);
+    said("LOAD3DS scaled.3ds .");
+    mesh("SCALER")->visible = 1;
+    for (const char* line : {"LOAD3DS scaled.3ds . /a", "LOAD3DS scaled.3ds . /m"})
+    {
+        said(line);
+        EXPECT_EQ(mesh("SCALER")->visible, 1) << line;
+    }
+}
+
 TEST_F(LoadCommands, AScalerThatIsNoMeshIsHidden)
 {
     Scene3ds content = exampleScene();

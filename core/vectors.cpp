@@ -148,14 +148,15 @@ float vrkAngle(const Vertex2D* a, const Vertex2D* b)
 {
     const float dx = b->x - a->x;
     const float dy = b->y - a->y;
-    float h = std::sqrt(dx * dx + dy * dy);
+    // In double, so that no square is lost or grows too large, and each value is rounded once.
+    const double square = static_cast<double>(dx) * dx + static_cast<double>(dy) * dy;
+    float h = static_cast<float>(std::sqrt(square));
     if (h == 0.0f)
         h = 9.999999747378752e-06f;
 
-    const float s = std::fabs(dy) / h;
-    const float c = 1.0f - s * s;
-    // Rounding can take c just below 0.
-    const double root = std::sqrt(static_cast<double>(c < 0.0f ? 0.0f : c));
+    const float s = std::fabs(dy) / h; // at most 1, since h is no shorter than dy
+    const float c = static_cast<float>(1.0 - static_cast<double>(s) * s);
+    const double root = std::sqrt(static_cast<double>(c));
     const double steep = degreesOf(std::atan(root / s));
     const double flat = degreesOf(std::atan(s / root));
 

@@ -170,3 +170,15 @@ TEST(Matrices, QuarterTurnToQuaternionTakesTheSineOfTheDegrees)
     EXPECT_EQ(q.x, 0.0f);
     EXPECT_EQ(q.y, 0.0f);
 }
+
+TEST(Matrices, AxisIsMadeOfTheDifferencesAcrossTheDiagonal)
+{
+    float m[4][4] = {{0.25f, 6, -2, 0}, {3, 0.5f, 1.5f, 0}, {0, 0.5f, 0.5f, 0}, {0, 0, 0, 1}};
+    Vertex4D q;
+    Mat2Quaternion(m, &q); // t is 1.5 and u 3
+    EXPECT_EQ(q.w, vrkUnRad(static_cast<float>(2.0 * std::acos(0.75))));
+    const double s = std::sin(q.w * 0.5);
+    EXPECT_NEAR(q.x, (1.5 - 0.5) / 3.0 / s, 1e-5);
+    EXPECT_NEAR(q.y, (0.0 + 2.0) / 3.0 / s, 1e-5);
+    EXPECT_NEAR(q.z, (6.0 - 3.0) / 3.0 / s, 1e-5);
+}

@@ -3,6 +3,7 @@
 #include <cfloat>
 #include <cmath>
 #include <limits>
+#include <tuple>
 #include <type_traits>
 
 #include <gtest/gtest.h>
@@ -96,6 +97,17 @@ TEST(Vectors, FreeNormalizeKeepsZeroToo)
     EXPECT_VERTEX(zero, 0, 0, 0);
 }
 
+TEST(Vectors, OnlyFreeNormalizeStretchesAVectorWhoseLengthUnderflows)
+{
+    const Vertex3D tiny = {1e-30f, 0, -2e-30f}; // its squares are 0
+    Vertex3D member = tiny;
+    member.normalize();
+    EXPECT_VERTEX(member, 0, 0, 0);
+    Vertex3D free = tiny;
+    vrkNormalize(&free);
+    EXPECT_VERTEX(free, tiny.x / FLT_MIN, 0, tiny.z / FLT_MIN);
+}
+
 TEST(Vectors, SettersStoreTheirArguments)
 {
     Vertex2D v2;
@@ -145,6 +157,9 @@ TEST(Vectors, AnglesConvertInDoublePrecision)
     EXPECT_EQ(vrkUnRad(1.0f), static_cast<float>(57.29577951308232));
     EXPECT_NEAR(vrkDSin(30.0f), 0.5f, 1e-6f);
     EXPECT_NEAR(vrkDCos(60.0f), 0.5f, 1e-6f);
+    // They turn the angle as vrkRad has rounded it, so half a turn has a little sine.
+    EXPECT_EQ(vrkDSin(180.0f), static_cast<float>(std::sin(static_cast<double>(vrkRad(180.0f)))));
+    EXPECT_EQ(vrkDCos(90.0f), static_cast<float>(std::cos(static_cast<double>(vrkRad(90.0f)))));
 }
 
 TEST(Vectors, Distances)
@@ -154,6 +169,14 @@ TEST(Vectors, Distances)
     EXPECT_EQ(vrkFakeDistance(&a, &b), 49.0f);
     const Vertex2D p = {0, 0}, q = {3, 4};
     EXPECT_EQ(vrkDistance(&p, &q), 5.0f);
+}
+
+TEST(Vectors, DistancesSumFromZToX)
+{
+    // Each 1 alone is lost beside 2 ^ 24; together, and first, they count.
+    const Vertex3D a = {0, 0, 0}, b = {4096, 1, 1};
+    EXPECT_EQ(vrkFakeDistance(&a, &b), 16777218.0f);
+    EXPECT_EQ(vrkDistance(&a, &b), std::sqrt(16777218.0f));
 }
 
 static float bearing(float x, float y)
@@ -183,6 +206,29 @@ TEST(Vectors, BearingsBetweenTheAxes)
         EXPECT_NEAR(bearing(std::sin(radians) * 7, -std::cos(radians) * 7), static_cast<float>(degrees),
                     0.05f);
     }
+}
+
+TEST(Vectors, BearingRoundsTheLengthTheSineAndTheCosineOnceEach)
+{
+    // Lengths of 17 and 25: the sine is the only rounding before 1 - s * s.
+    for (const auto& [x, y, length] : {std::tuple{8.0f, -15.0f, 17.0f}, {7.0f, -24.0f, 25.0f}})
+    {
+        const double s = -y / length;
+        const double c = static_cast<float>(1.0 - s * s);
+        EXPECT_EQ(bearing(x, y), static_cast<float>(std::atan(std::sqrt(c) / s) * 57.29577951308232));
+    }
+}
+
+TEST(Vectors, BearingOfPointsThatAreHardlyApart)
+{
+    // The squares of such differences are nothing to a float.
+    const float tiny = 1e-30f;
+    EXPECT_EQ(bearing(0, -tiny), 360.0f);
+    EXPECT_EQ(bearing(tiny, 0), 90.0f);
+    EXPECT_EQ(bearing(0, tiny), 180.0f);
+    EXPECT_EQ(bearing(-tiny, 0), 270.0f);
+    EXPECT_NEAR(bearing(tiny, -tiny), 45.0f, 1e-4f);
+    EXPECT_NEAR(bearing(1e25f, 1e25f), 135.0f, 1e-4f); // nor has it any for these
 }
 
 TEST(Vectors, BearingOfTwoPointsInSpaceIsAlwaysZero)
@@ -222,12 +268,11 @@ TEST(Vectors, IntersectIsOneSidedAndHasNoEnd)
     const Vertex3D tri[3] = {{0, 0, 0}, {4, 0, 0}, {0, 4, 0}};
     const Vertex3D turned[3] = {tri[0], tri[2], tri[1]};
     const Vertex3D origin = {1, 1, 5}, shortEnd = {1, 1, 4.5f}, aside = {9, 9, 0}, edge = {2, 0, 0};
-    const bool front = intersect(tri, &origin, &shortEnd);
-    EXPECT_NE(front, intersect(turned, &origin, &shortEnd));
-    const Vertex3D* seen = front ? tri : turned;
-    EXPECT_TRUE(intersect(seen, &origin, &shortEnd));
-    EXPECT_FALSE(intersect(seen, &origin, &aside));
-    EXPECT_TRUE(intersect(seen, &origin, &edge));
+    // Hit where its corners run clockwise, seen from the origin.
+    EXPECT_FALSE(intersect(tri, &origin, &shortEnd));
+    EXPECT_TRUE(intersect(turned, &origin, &shortEnd));
+    EXPECT_FALSE(intersect(turned, &origin, &aside));
+    EXPECT_TRUE(intersect(turned, &origin, &edge));
 }
 
 TEST(Vectors, ClampLetsTheLowerLimitWin)

@@ -8,6 +8,8 @@
 
 #include "tests/support/tempfolder.h"
 
+static const VRKError beforeAnyStart = vrkError;
+
 class ErrorLog : public ::testing::Test
 {
 protected:
@@ -19,6 +21,26 @@ protected:
 private:
     VRKError saved = {};
 };
+
+TEST_F(ErrorLog, BeginsWithAFileThatHasNoName)
+{
+    EXPECT_EQ(beforeAnyStart.file, nullptr);
+    EXPECT_EQ(beforeAnyStart.mode, 0);
+    EXPECT_STREQ(beforeAnyStart.fileName, "");
+    EXPECT_EQ(beforeAnyStart.console, nullptr);
+}
+
+TEST_F(ErrorLog, KeepsTheHandleOfTheLastOpen)
+{
+    vrkError.file = nullptr;
+    vrkInitErrorLog(folder.path("a.log").c_str());
+    EXPECT_EQ(vrkError.file, nullptr);
+    vrkPutToErrorLog("first", 1);
+    EXPECT_NE(vrkError.file, nullptr);
+    vrkInitErrorLog(folder.path("no/such/folder.log").c_str());
+    vrkPutToErrorLog("lost", 1);
+    EXPECT_EQ(vrkError.file, nullptr);
+}
 
 TEST_F(ErrorLog, InitByNameStoresTheNameAndOpensNothing)
 {

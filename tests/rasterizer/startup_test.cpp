@@ -4,7 +4,9 @@
 
 #include <cmath>
 #include <cstdio>
+#include <iterator>
 #include <limits>
+#include <vector>
 
 #include "tests/support/answersyes.h"
 #include "tests/support/engine.h"
@@ -15,6 +17,37 @@
 
 using Calls = std::vector<std::string>;
 using StartupTest = EngineTest;
+
+// The globals as the library brings them, read before any test can run.
+static const struct
+{
+    int rasterizer = vrkSelectedRasterizer;
+    Viewport viewport = vrkViewport;
+    float gamma = vrkGamma;
+    int rate = vrkFPS;
+    int mipMapType = vrkCurrentMipMapType;
+    int fontBase = vrkFontBase;
+    VRKDeviceContext device = VRK_hDC;
+    VRKRenderingContext context = VRK_hGLRC;
+    VRKPalette palette = VRK_hPalette;
+    std::vector<int> table{std::begin(vrkConvertCapTableOGL), std::end(vrkConvertCapTableOGL)};
+} beforeAnyStart;
+
+TEST(Startup, GlobalsBeginAsIfOpenGLWereChosenButNotStarted)
+{
+    EXPECT_EQ(beforeAnyStart.rasterizer, 0);
+    const Viewport& v = beforeAnyStart.viewport;
+    for (const float value : {v.width, v.height, v.aspect, v.nearClip, v.farClip, v.fov})
+        EXPECT_EQ(value, 0.0f);
+    EXPECT_EQ(beforeAnyStart.gamma, 1.0f);
+    EXPECT_EQ(beforeAnyStart.rate, 0);
+    EXPECT_EQ(beforeAnyStart.mipMapType, 35);
+    EXPECT_EQ(beforeAnyStart.fontBase, 0);
+    EXPECT_EQ(beforeAnyStart.device, nullptr);
+    EXPECT_EQ(beforeAnyStart.context, nullptr);
+    EXPECT_EQ(beforeAnyStart.palette, nullptr);
+    EXPECT_EQ(beforeAnyStart.table, std::vector<int>(34));
+}
 
 static int start(VRKWindow window, int color = 32, int alpha = 8, int depth = 24)
 {

@@ -175,11 +175,6 @@ TEST_F(TextureTest, MipMapTypeActsOnLaterUploads)
     EXPECT_EQ(gl.only({"glTexParameteri", "glTexEnvi"}), settings("GL_LINEAR_MIPMAP_LINEAR"));
 }
 
-TEST_F(TextureTest, MipMapTypeStartsAt35)
-{
-    EXPECT_EQ(vrkGetMipMapType(), 35);
-}
-
 TEST_F(TextureTest, TextureThatIsNotTiledIsClamped)
 {
     texture.wrap = false;

@@ -219,6 +219,20 @@ TEST_F(TransparentStack, PlacesThatAreNoNumbersAreFarthest)
     EXPECT_EQ(drawn(), (std::vector<int>{2, 3, 1, 0}));
 }
 
+TEST_F(TransparentStack, PushReadsTheMatrixWhateverTheRasterizer)
+{
+    const auto mesh = makeFaces({1, 2});
+    for (const int number : {0, 1, 7})
+    {
+        vrkSelectedRasterizer = number;
+        GLRecorder gl;
+        push(mesh.get(), 0, 1);
+        EXPECT_EQ(gl.calls(), (Calls{"glGetFloatv(GL_MODELVIEW_MATRIX, ptr)"})) << number;
+    }
+    vrkSelectedRasterizer = 0;
+    EXPECT_EQ(drawn(), (std::vector<int>{1, 1, 1, 0, 0, 0}));
+}
+
 TEST_F(TransparentStack, OtherRasterizersDropTheFaces)
 {
     const auto mesh = makeFaces({1, 2});

@@ -233,6 +233,15 @@ TEST_F(D3DStateTest, SwitchesAreReadByTheTranslatedValue)
         EXPECT_FALSE(vrkIsEnabled(outside));
 }
 
+TEST_F(D3DStateTest, AlphaTestIsReadByTheNumberTen)
+{
+    vrkConvertCapTableOGL[15] = 10; // a free place of the table, which the next start fills anew
+    vrkEnable(VRK_ALPHA_TEST);
+    EXPECT_TRUE(vrkIsEnabled(15));
+    vrkDisable(VRK_ALPHA_TEST);
+    EXPECT_FALSE(vrkIsEnabled(15));
+}
+
 TEST_F(D3DStateTest, OnlyExactlyOneCountsAsOn)
 {
     for (const auto& [constant, state] : {std::pair{VRK_FOG, d3d::fogEnable},

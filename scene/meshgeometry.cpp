@@ -19,7 +19,7 @@
 
 void Mesh::center()
 {
-    if (!originalVertices)
+    if (!originalVertices && vertexCount > 0)
         return;
     Vertex3D low = {9999999.0f, 9999999.0f, 9999999.0f};
     Vertex3D high = {-9999999.0f, -9999999.0f, -9999999.0f};

@@ -78,6 +78,38 @@ protected:
 };
 } // namespace
 
+// Hosts keep words of flags as numbers, in scripts and files.
+TEST(RenderFlags, HaveTheirNumbers)
+{
+    EXPECT_EQ(VRK_RENDER_WIRE, 0x1);
+    EXPECT_EQ(VRK_RENDER_FLAT, 0x2);
+    EXPECT_EQ(VRK_RENDER_TWOSIDED, 0x4);
+    EXPECT_EQ(VRK_RENDER_NOTEXTURE, 0x8);
+    EXPECT_EQ(VRK_RENDER_TRANSPARENT, 0x10);
+    EXPECT_EQ(VRK_RENDER_SOLID, 0x20);
+    EXPECT_EQ(VRK_RENDER_ANIMATE_TEXTURES, 0x40);
+    EXPECT_EQ(VRK_RENDER_NO_ANIMATION, 0x80);
+    EXPECT_EQ(VRK_RENDER_SPECIAL, 0x100);
+    EXPECT_EQ(VRK_RENDER_EFFECT, 0x200);
+    EXPECT_EQ(VRK_RENDER_COMPILE_LIST, 0x400);
+    EXPECT_EQ(VRK_RENDER_CALL_LIST, 0x1000);
+    EXPECT_EQ(VRK_RENDER_BASIC, 0x2000);
+    EXPECT_EQ(VRK_RENDER_CULL, 0x8000);
+    EXPECT_EQ(VRK_RENDER_TRANSPARENT_NOW, 0x10000);
+    EXPECT_EQ(VRK_RENDER_ANIMATE_CAMERA, 0x20000);
+}
+
+TEST_F(GroupRender, OtherBitsOfTheFlagsDoNothing)
+{
+    add(makeSquare("a", red));
+    GLRecorder gl;
+    group->render(solid, camera);
+    const Calls plain = gl.calls();
+    gl.clear();
+    group->render(solid | 0x800 | 0x4000 | 0x40000 | 0x40000000, camera);
+    EXPECT_EQ(gl.calls(), plain);
+}
+
 static const Calls matrixCalls = {"glPushMatrix", "glPopMatrix", "glTranslatef", "glRotatef"};
 
 TEST_F(GroupRender, SetsEachMeshUpByItsStaticTransform)
@@ -433,6 +465,26 @@ TEST_F(AnimatedGroupRender, CullingGoesByTheStaticPlace)
     GLRecorder gl;
     group->render(solid | VRK_RENDER_CULL, camera);
     EXPECT_EQ(gl.count("glBegin"), 0);
+}
+
+TEST_F(AnimatedGroupRender, CullingGoesByWhereTheCameraHasFlown)
+{
+    group->animated = 0;
+    mesh->position = {-20, 0, 0};
+    mesh->radius = 3;
+    addTrack(camera, VRK_NODE_CAMERA);
+    group->setCurrentFrame(5); // at x = 50, looking back at the origin; it stood at y = -4
+    Mesh* formerlySeen = add(makeSquare("b", red));
+    formerlySeen->position = {0, 200, 0};
+    formerlySeen->radius = 3;
+    GLRecorder gl;
+    group->render(solid | VRK_RENDER_CULL, camera);
+    EXPECT_EQ(gl.countExact("glTranslatef(0, 200, 0)"), 1);
+    EXPECT_EQ(gl.countExact("glTranslatef(-20, 0, 0)"), 0);
+    gl.clear();
+    group->render(solid | VRK_RENDER_CULL | VRK_RENDER_ANIMATE_CAMERA, camera);
+    EXPECT_EQ(gl.countExact("glTranslatef(0, 200, 0)"), 0);
+    EXPECT_EQ(gl.countExact("glTranslatef(-20, 0, 0)"), 1);
 }
 
 TEST_F(GroupRender, TexturesStepOnceACall)

@@ -193,14 +193,35 @@ TEST_F(MaterialTexture, AColourBecomesASmallTexture)
     EXPECT_TRUE(vrkTextureUploaded(texture.textureIDs[0]));
 }
 
-TEST_F(MaterialTexture, ChannelsOutsideTheirRangeKeepTheirLowBits)
+TEST_F(MaterialTexture, WithoutANameTheTextureStaysWithItsPixels)
 {
     Material material;
-    Color color = {-0.2f, 2.0f, std::nanf(""), 1e30f};
+    // Truncated, and the low 8 bits of what is out of range: -51 and 510.
+    Color color = {0.999f, 0.5f, -0.2f, 2.0f};
     material.addDiffuseColor(&color);
-    GLRecorder gl;
-    EXPECT_EQ(material.makeTextureFromColor(), 0);
-    EXPECT_EQ(gl.count("gluBuild2DMipmaps"), 1);
+    GLRecorder gl(GLRecorder::swallow);
+    gl.textureName = 0xFFFFFFFF; // negative as a number of the engine
+    EXPECT_EQ(material.makeTextureFromColor(), 11);
+    EXPECT_TRUE(logged("Cannot upload texture (possible openGL error)"));
+    ASSERT_NE(material.firstTexture, nullptr);
+    ASSERT_NE(material.firstTexture->pixels, nullptr);
+    EXPECT_EQ(material.firstTexture->width, 0);
+    EXPECT_EQ(material.firstTexture->textureIDs[0], 0);
+    const uint8_t expected[4] = {254, 127, 205, 254};
+    for (int i = 0; i < 64; ++i)
+        EXPECT_EQ(material.firstTexture->pixels[i], expected[i % 4]) << i;
+}
+
+TEST_F(MaterialTexture, WhatNoIntegerHoldsIsBlack)
+{
+    Material material;
+    Color color = {std::nanf(""), 1e30f, -1e30f, 1};
+    material.addDiffuseColor(&color);
+    GLRecorder gl(GLRecorder::swallow);
+    gl.textureName = 0xFFFFFFFF;
+    EXPECT_EQ(material.makeTextureFromColor(), 11);
+    const uint8_t expected[4] = {0, 0, 0, 255};
+    EXPECT_EQ(std::memcmp(material.firstTexture->pixels, expected, 4), 0);
 }
 
 TEST_F(MaterialTexture, DestructionReleasesTheTextures)

@@ -315,6 +315,9 @@ TEST(Mesh, CenterMovesTheBoxToTheOrigin)
 TEST(Mesh, CenterOfNothingIsTheOrigin)
 {
     Mesh mesh;
+    mesh.position = {1, 1, 1};
+    mesh.center(); // not even arrays
+    expectVertex(mesh.position, 0, 0, 0);
     mesh.createVertices(0);
     mesh.position = {1, 1, 1};
     mesh.center();
@@ -367,8 +370,23 @@ TEST(Mesh, RadiusReachesTheFarthestVertex)
 TEST(Mesh, ExpandGrowsEveryArrayAndClearsTheRest)
 {
     const MeshPtr mesh = make({{1, 2, 3}}, {{0, 0, 0}});
-    mesh->faces[0] = {0, 0, 0};
+    mesh->textureCoords[0] = {4, 5};
+    mesh->lightColors[0] = {6, 0, 0, 0};
+    mesh->vertexColors[0] = {7, 0, 0, 0};
+    mesh->faceMaterials[0].materialIndex = 8;
     mesh->expandObject(3, 2);
+    for (int i = 0; i < 3; ++i)
+    {
+        expectVertex(mesh->originalNormals[i], 0, 0, i == 0 ? 1.0f : 0.0f);
+        expectVertex(mesh->calculatedNormals[i], 0, 0, i == 0 ? 1.0f : 0.0f);
+        EXPECT_EQ(mesh->calculatedVertices[i].z, i == 0 ? 3.0f : 0.0f);
+        EXPECT_EQ(mesh->textureCoords[i].y, i == 0 ? 5.0f : 0.0f);
+        EXPECT_EQ(mesh->lightColors[i].r, i == 0 ? 6.0f : 0.0f);
+        EXPECT_EQ(mesh->vertexColors[i].r, i == 0 ? 7.0f : 0.0f);
+    }
+    EXPECT_EQ(mesh->faceMaterials[0].materialIndex, 8);
+    EXPECT_EQ(mesh->faceMaterials[1].materialIndex, 0);
+    EXPECT_EQ(mesh->faces[1].c, 0);
     EXPECT_EQ(mesh->vertexCount, 3);
     EXPECT_EQ(mesh->faceCount, 2);
     expectVertex(mesh->originalVertices[0], 1, 2, 3);
@@ -408,8 +426,31 @@ TEST(Mesh, CopyHasArraysOfItsOwnAndSharesTheName)
     mesh->faceFlags[0] = 5;
     mesh->transformedVertices[0] = {9, 9, 9};
     mesh->lightColors[2] = {1, 0, 0, 1};
+    mesh->vertexColors[2] = {0, 1, 0, 1};
+    mesh->textureCoords[2] = {3, 4};
+    mesh->originalNormals[2] = {5, 0, 0};
+    mesh->calculatedNormals[2] = {6, 0, 0};
+    mesh->faceMaterials[0].materialIndex = 7;
+    mesh->edgeNormals[0].edgeNormal[0] = {1, 1, 1};
+    mesh->pivot = {2, 2, 2};
+    mesh->radius = 8;
+    mesh->billboard = 1;
+    mesh->displayList = 9;
+    mesh->transparentDisplayList = 10;
     mesh->sortFacesByMaterial();
     const std::unique_ptr<Mesh> copy(static_cast<Mesh*>(mesh->copyObject()));
+    EXPECT_EQ(copy->vertexColors[2].g, 1.0f);
+    EXPECT_EQ(copy->textureCoords[2].y, 4.0f);
+    expectVertex(copy->originalNormals[2], 5, 0, 0);
+    expectVertex(copy->calculatedNormals[2], 6, 0, 0);
+    EXPECT_EQ(copy->faceMaterials[0].materialIndex, 7);
+    expectVertex(copy->edgeNormals[0].edgeNormal[0], 0, 0, 0);
+    expectVertex(copy->pivot, 2, 2, 2);
+    EXPECT_EQ(copy->radius, 8.0f);
+    EXPECT_EQ(copy->billboard, 1);
+    EXPECT_EQ(copy->displayList, 9u);
+    EXPECT_EQ(copy->transparentDisplayList, 10u);
+    copy->displayList = mesh->displayList = 0; // none of OpenGL's
     EXPECT_EQ(copy->name, mesh->name);
     expectVertex(copy->position, 1, 1, 1);
     EXPECT_EQ(copy->vertexCount, 3);

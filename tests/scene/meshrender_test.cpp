@@ -268,6 +268,116 @@ TEST_F(MeshRender, EffectAddsToWhatIsDrawn)
     EXPECT_TRUE(pixelIs(40, 20, {0, 204, 0, 255}, 6));
 }
 
+static const std::string drawOne = "glDrawElements(GL_TRIANGLES, 3, GL_UNSIGNED_SHORT, ptr)";
+
+TEST_F(MeshRender, StyleFlagsActOnTheTransparentPassToo)
+{
+    first->transparency = 0.5f;
+    GLRecorder gl;
+    mesh->render(VRK_RENDER_TRANSPARENT_NOW | VRK_RENDER_FLAT | VRK_RENDER_NOTEXTURE | VRK_RENDER_TWOSIDED,
+                 &list);
+    const std::string blend = "glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA)";
+    EXPECT_EQ(stateAnd(gl, "glDrawElements"),
+              (Calls{"glEnable(GL_BLEND)", blend, "glShadeModel(GL_FLAT)", "glDisable(GL_TEXTURE_2D)",
+                     "glDisable(GL_CULL_FACE)", blend, "glDepthFunc(GL_LEQUAL)", drawOne,
+                     "glDepthFunc(GL_LEQUAL)", "glEnable(GL_CULL_FACE)",
+                     // The opaque range is passed over with its culling switched.
+                     "glDisable(GL_CULL_FACE)", "glEnable(GL_CULL_FACE)", "glShadeModel(GL_SMOOTH)",
+                     "glEnable(GL_TEXTURE_2D)"}));
+}
+
+TEST_F(MeshRender, StyleFlagsActOnTheEffectPassToo)
+{
+    second->firstTexture->environment = VRK_DECAL;
+    GLRecorder gl;
+    mesh->render(VRK_RENDER_EFFECT | VRK_RENDER_FLAT | VRK_RENDER_NOTEXTURE | VRK_RENDER_TWOSIDED, &list);
+    EXPECT_EQ(stateAnd(gl, "glDrawElements"),
+              (Calls{"glEnable(GL_BLEND)", "glDepthFunc(GL_EQUAL)", "glDepthMask(GL_FALSE)",
+                     "glShadeModel(GL_FLAT)", "glDisable(GL_TEXTURE_2D)", "glDisable(GL_CULL_FACE)", drawOne,
+                     "glEnable(GL_CULL_FACE)", "glDisable(GL_CULL_FACE)", "glEnable(GL_CULL_FACE)",
+                     "glShadeModel(GL_SMOOTH)", "glEnable(GL_TEXTURE_2D)", "glDisable(GL_BLEND)",
+                     "glDepthFunc(GL_LEQUAL)", "glDepthMask(GL_TRUE)"}));
+}
+
+TEST_F(MeshRender, TransparentRangesComeAsWireOrCornerByCorner)
+{
+    first->transparency = second->transparency = 0.5f;
+    addReflection(first);
+    addReflection(second);
+    second->wire = 1;
+    GLRecorder gl;
+    mesh->render(VRK_RENDER_TRANSPARENT_NOW | VRK_RENDER_WIRE, &list);
+    EXPECT_EQ(gl.only({"glBegin", "glDrawElements"}), (Calls{"glBegin(GL_LINES)", "glBegin(GL_LINES)"}));
+    gl.clear();
+    mesh->render(VRK_RENDER_TRANSPARENT_NOW | VRK_RENDER_BASIC, &list);
+    // Faces and reflection of the first; lines alone of the second.
+    EXPECT_EQ(gl.only({"glBegin", "glDrawElements"}),
+              (Calls{"glBegin(GL_TRIANGLES)", "glBegin(GL_TRIANGLES)", "glBegin(GL_LINES)"}));
+}
+
+TEST_F(MeshRender, EffectComesAsWireOrCornerByCornerWithoutReflection)
+{
+    addReflection(first);
+    second->wire = 1;
+    GLRecorder gl;
+    mesh->render(VRK_RENDER_EFFECT | VRK_RENDER_BASIC, &list);
+    EXPECT_EQ(gl.only({"glBegin", "glDrawElements"}), (Calls{"glBegin(GL_TRIANGLES)", "glBegin(GL_LINES)"}));
+    EXPECT_EQ(gl.count("glBindTexture"), 2);
+    gl.clear();
+    mesh->render(VRK_RENDER_EFFECT | VRK_RENDER_WIRE, &list);
+    EXPECT_EQ(gl.only({"glBegin", "glDrawElements"}), (Calls{"glBegin(GL_LINES)", "glBegin(GL_LINES)"}));
+}
+
+TEST_F(MeshRender, EffectWithoutTextureTakesTheOneThatIsBound)
+{
+    for (Material* material : {first, second})
+    {
+        delete material->firstTexture;
+        material->firstTexture = nullptr;
+    }
+    GLRecorder gl;
+    mesh->render(VRK_RENDER_EFFECT, &list);
+    EXPECT_EQ(gl.count("glBindTexture"), 0);
+    EXPECT_EQ(gl.count("glDrawElements"), 2);
+    EXPECT_EQ(gl.only({"glEnable", "glDisable"}), (Calls{"glEnable(GL_BLEND)", "glDisable(GL_BLEND)"}));
+}
+
+// Behind a range without texture the others of the pass are textured, even when the flags say no.
+TEST_F(MeshRender, ARangeWithoutTextureSwitchesTexturingOnBehindIt)
+{
+    delete first->firstTexture;
+    first->firstTexture = nullptr;
+    GLRecorder gl;
+    mesh->render(VRK_RENDER_SOLID | VRK_RENDER_NOTEXTURE, &list);
+    EXPECT_EQ(stateAnd(gl, "glDrawElements"),
+              (Calls{"glDisable(GL_BLEND)", "glDisable(GL_TEXTURE_2D)", "glDisable(GL_TEXTURE_2D)", drawOne,
+                     "glEnable(GL_TEXTURE_2D)", drawOne, "glEnable(GL_TEXTURE_2D)"}));
+}
+
+TEST_F(MeshRender, ListsHoldTheRangesAndNotTheStyle)
+{
+    second->transparency = 0.5f;
+    mesh->createDisplayList();
+    const int style = VRK_RENDER_COMPILE_LIST | VRK_RENDER_FLAT | VRK_RENDER_NOTEXTURE;
+    GLRecorder gl;
+    mesh->render(VRK_RENDER_SOLID | style, &list);
+    EXPECT_EQ(stateAnd(gl, "glDrawElements"),
+              (Calls{"glDisable(GL_BLEND)", "glShadeModel(GL_FLAT)", "glDisable(GL_TEXTURE_2D)",
+                     "glNewList(" + std::to_string(mesh->displayList) + ", GL_COMPILE)", drawOne,
+                     "glEndList()", "glShadeModel(GL_SMOOTH)", "glEnable(GL_TEXTURE_2D)"}));
+    gl.clear();
+    mesh->render(VRK_RENDER_TRANSPARENT_NOW | style, &list);
+    const std::string blend = "glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA)";
+    EXPECT_EQ(stateAnd(gl, "glDrawElements"),
+              (Calls{"glEnable(GL_BLEND)", blend, "glShadeModel(GL_FLAT)", "glDisable(GL_TEXTURE_2D)",
+                     "glNewList(" + std::to_string(mesh->transparentDisplayList) + ", GL_COMPILE)", blend,
+                     "glDepthFunc(GL_LEQUAL)", drawOne, "glDepthFunc(GL_LEQUAL)", "glEndList()",
+                     "glShadeModel(GL_SMOOTH)", "glEnable(GL_TEXTURE_2D)"}));
+    gl.clear();
+    mesh->render(VRK_RENDER_EFFECT | VRK_RENDER_COMPILE_LIST, &list); // compiles none
+    EXPECT_EQ(gl.count("glNewList"), 0);
+}
+
 TEST_F(MeshRender, ListsAreCompiledAndCalled)
 {
     ASSERT_EQ(mesh->createDisplayList(), 0);

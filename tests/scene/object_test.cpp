@@ -48,6 +48,35 @@ TEST(Object, CopiesShareTheName)
     EXPECT_EQ(copy->objectId, 7);
 }
 
+TEST(Object, CopiesHaveEveryField)
+{
+    Object parent;
+    Object object;
+    object.location = {1, 2, 3};
+    object.rotation = {4, 5, 6, 7};
+    object.position = {8, 9, 10};
+    object.pivot = {11, 12, 13};
+    object.parent = &parent;
+    object.objectId = 14;
+    object.parentId = 15;
+    object.setSpecial(16);
+    object.specialFade = 0.5f;
+    const std::unique_ptr<Object> copy(object.copyObject());
+    EXPECT_EQ(copy->location.x, 1.0f);
+    EXPECT_EQ(copy->location.z, 3.0f);
+    EXPECT_EQ(copy->rotation.x, 4.0f);
+    EXPECT_EQ(copy->rotation.w, 7.0f);
+    EXPECT_EQ(copy->position.z, 10.0f);
+    EXPECT_EQ(copy->pivot.x, 11.0f);
+    EXPECT_EQ(copy->parent, &parent);
+    EXPECT_EQ(copy->objectId, 14);
+    EXPECT_EQ(copy->parentId, 15);
+    EXPECT_EQ(copy->visible, 0);
+    EXPECT_EQ(copy->special, 1);
+    EXPECT_EQ(copy->specialType, 16);
+    EXPECT_EQ(copy->specialFade, 0.5f);
+}
+
 TEST(Object, ANameLivesAsLongAsAnyCopy)
 {
     auto object = std::make_unique<Mesh>();
@@ -98,8 +127,10 @@ TEST(Light, CopyIsALight)
 {
     Light light;
     light.outerRange = 5;
+    light.innerRange = 3;
     const std::unique_ptr<Light> copy(static_cast<Light*>(light.copyObject()));
     EXPECT_EQ(copy->outerRange, 5.0f);
+    EXPECT_EQ(copy->innerRange, 3.0f);
     EXPECT_EQ(copy->color.g, 255.0f);
 }
 
@@ -183,6 +214,26 @@ TEST(Camera, StepsAsideByTheSineOfThePitch)
     expectVertex(down.eye, 0, 0, 0);
 }
 
+TEST(Camera, FliesAndStepsByHeadingAndPitchTogether)
+{
+    const float root = std::sqrt(3.0f); // 30 degrees: sine 1 / 2, cosine root / 2; 60: the other way round
+    Camera camera = facing(30, 60);
+    camera.eye = {1, 2, 3};
+    camera.target = {7, 8, 9};
+    camera.forward(4);
+    expectVertex(camera.eye, 1 - root, 2 + 3, 3 - 2);
+    camera.reverse(4);
+    expectVertex(camera.eye, 1, 2, 3);
+    camera.stepLeft(4);
+    expectVertex(camera.eye, 1 - 3, 2 - root, 3);
+    camera.stepRight(4);
+    expectVertex(camera.eye, 1, 2, 3);
+    expectVertex(camera.target, 7, 8, 9);
+    camera.targetFromRotation(4);
+    expectVertex(camera.eye, 1, 2, 3);
+    expectVertex(camera.target, 1 - root, 2 + 3, 3 - 2);
+}
+
 TEST(Camera, FieldOfViewFollowsTheLens)
 {
     Camera camera;
@@ -230,6 +281,13 @@ TEST(Camera, CopyIsACamera)
 {
     Camera camera;
     camera.roll = 12;
+    camera.lens = 35;
+    camera.fov = 60;
+    camera.moveTo(1, 2, 3, 4, 5, 6);
     const std::unique_ptr<Camera> copy(static_cast<Camera*>(camera.copyObject()));
     EXPECT_EQ(copy->roll, 12.0f);
+    EXPECT_EQ(copy->lens, 35.0f);
+    EXPECT_EQ(copy->fov, 60.0f);
+    expectVertex(copy->eye, 1, 2, 3);
+    expectVertex(copy->target, 4, 5, 6);
 }

@@ -5,6 +5,7 @@
 
 #include "rasterizer/d3d/constants.h"
 #include "tests/support/d3drecorder.h"
+#include "vornik/console/console.h"
 #include "vornik/core/errorlog.h"
 #include "vornik/rasterizer/startup.h"
 #include "vornik/rasterizer/state.h"
@@ -200,13 +201,49 @@ TEST_F(D3DRasterizerTest, StartSetsTheViewportAndTheProjection)
     EXPECT_NEAR(script.transforms[d3d::projection][5], 1.0f, 1e-6f);
 }
 
+TEST_F(D3DRasterizerTest, WhatTheHostAsksForReachesTheDevice)
+{
+    D3DDriverReport second = desktopDriver();
+    second.primary = false;
+    second.guid = {1, 2, 3, {}};
+    script.drivers[0].modes = {{0, 0, 16, 1}, {0, 0, 32, 2}}; // a null window is 0 by 0
+    script.drivers.push_back(second);
+    ASSERT_EQ(vrkInitViewport(nullptr, 32, 16, 16, true, 0, false), 0);
+    EXPECT_EQ(script.only({"create"}), (Calls{"create full transform"}));
+    EXPECT_EQ(script.request.record->fullScreenMode, (D3DMode{0, 0, 32, 2}));
+    EXPECT_EQ(d3d->useTnL, 1);
+    EXPECT_EQ(d3d->secondaryDevice, 0);
+
+    Console console;
+    script.calls.clear();
+    ASSERT_EQ(initVornik(1, nullptr, &console, 16, 32, 32, 25, false, 1, true), 0);
+    EXPECT_EQ(script.only({"create"}), (Calls{"create windowed plain"}));
+    ASSERT_NE(script.request.record->driver, nullptr);
+    EXPECT_EQ(*script.request.record->driver, second.guid);
+    EXPECT_EQ(d3d->useTnL, 0);
+    EXPECT_EQ(d3d->secondaryDevice, 1);
+    EXPECT_EQ(vrkGetFPS(), 25);
+}
+
+TEST_F(D3DRasterizerTest, SurfacesAreMadeForTheHostsWindow)
+{
+    char anything;
+    const VRKWindow window = reinterpret_cast<VRKWindow>(&anything); // is only handed on
+    ASSERT_EQ(d3d->initialize(window, 640, 480, 32, false, 0, true), 0u);
+    EXPECT_EQ(script.request.window, window);
+    EXPECT_EQ(d3d->window, window);
+}
+
 TEST_F(D3DRasterizerTest, ShutdownReleasesOnceAndForgetsTheModes)
 {
     ASSERT_EQ(start(), 0);
+    const D3DDeviceRecord* record = d3d->selectedDevice;
+    EXPECT_FALSE(record->modes.empty());
     script.calls.clear();
     vrkUnInit3D();
     EXPECT_EQ(script.calls, (Calls{"release"}));
     EXPECT_EQ(script.surfacesAlive, 0);
+    EXPECT_TRUE(record->modes.empty());
     EXPECT_EQ(d3d->ready, 0);
     EXPECT_EQ(d3d->active, 0);
     EXPECT_EQ(d3d->device, nullptr);

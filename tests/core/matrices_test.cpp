@@ -111,6 +111,16 @@ TEST(Matrices, InverseAcceptsOnlyAffineMatrices)
     }
 }
 
+TEST(Matrices, InverseAcceptsTheToleranceItself)
+{
+    const float tolerance = 0.0010000000474974513f;
+    float in[4][4] = {{1, 0, 0, tolerance}, {0, 1, 0, -tolerance}, {0, 0, 1, 0}, {0, 0, 0, 1}};
+    float out[4][4];
+    EXPECT_TRUE(vrkInvertMatrix(out, in));
+    in[1][3] = std::nextafter(-tolerance, -1.0f);
+    EXPECT_FALSE(vrkInvertMatrix(out, in));
+}
+
 TEST(Matrices, InverseOfASingularMatrixIsNotFinite)
 {
     float in[4][4] = {};

@@ -7,6 +7,7 @@
 #include <GL/gl.h>
 
 #include "tests/support/engine.h"
+#include "tests/support/glrecorder.h"
 #include "tests/support/testmesh.h"
 #include "vornik/rasterizer/startup.h"
 #include "vornik/rasterizer/state.h"
@@ -87,10 +88,24 @@ TEST_F(FrustumTest, EyeOnItsTargetIsMoved)
     expectVector(frustum.normal[4], 6 / length, 6 / length, 7 / length);
 }
 
-TEST_F(FrustumTest, StraightDownThereIsNoRight)
+TEST_F(FrustumTest, EyeAndTargetMayBeAMillionthApart)
+{
+    camera.target = {1.1e-6f, 0, 0};
+    vrkMakeFrustrum(&camera, &frustum);
+    EXPECT_EQ(camera.target.x, 1.1e-6f);
+    expectVector(frustum.normal[4], 1, 0, 0);
+    camera.target = {0, 0.9e-6f, 0};
+    vrkMakeFrustrum(&camera, &frustum);
+    EXPECT_EQ(camera.target.x, 1.0f);
+    EXPECT_EQ(camera.target.y, 0.0f);
+}
+
+TEST_F(FrustumTest, StraightDownThereIsNeitherUpNorRight)
 {
     camera.target = {0, 0, -9};
     vrkMakeFrustrum(&camera, &frustum);
+    expectVector(frustum.normal[0], 0, 0, 1); // -view
+    expectVector(frustum.normal[1], 0, 0, 1);
     expectVector(frustum.normal[2], 0, 0, 1); // -view
     expectVector(frustum.normal[3], 0, 0, 1);
     expectVector(frustum.normal[4], 0, 0, -1);
@@ -188,7 +203,12 @@ TEST_F(VisibleTest, ReadsTheDepthOfAPixel)
 
 TEST_F(VisibleTest, OtherRasterizersSeeNothing)
 {
-    vrkSelectedRasterizer = 7;
-    EXPECT_FALSE(vrkIsVisible(10, 10, 0));
+    GLRecorder gl;
+    for (const int number : {1, 7})
+    {
+        vrkSelectedRasterizer = number;
+        EXPECT_FALSE(vrkIsVisible(10, 10, 0));
+    }
     vrkSelectedRasterizer = 0;
+    EXPECT_EQ(gl.text(), "");
 }

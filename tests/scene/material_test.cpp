@@ -166,6 +166,23 @@ TEST(Material, ASmallerOpacityImageRunsOutAndIsClearFromThere)
         EXPECT_EQ(alphaOf(material, i), expected[i]) << i;
 }
 
+TEST(Material, AnOpacityImageIsScaledWhereEitherSideDiffers)
+{
+    Material lower;
+    lower.addFirstTexture(makeImage(2, 2, 3, [](int) { return 9; }));
+    lower.addOpacityTexture(makeImage(2, 1, 4, [](int i) { return 10 + i; }));
+    lower.calcAlpha();
+    for (int i = 0; i < 4; ++i)
+        EXPECT_EQ(alphaOf(lower, i), 10 + i % 2) << i;
+
+    Material wider;
+    wider.addFirstTexture(makeImage(2, 1, 3, [](int) { return 9; }));
+    wider.addOpacityTexture(makeImage(3, 1, 4, [](int i) { return 10 + i; }));
+    wider.calcAlpha();
+    EXPECT_EQ(alphaOf(wider, 0), 10);
+    EXPECT_EQ(alphaOf(wider, 1), 11); // column 1.5
+}
+
 class MaterialTexture : public EngineTest
 {
 };

@@ -165,14 +165,15 @@ static void finishMesh(Mesh* mesh, int flags)
     mesh->createDisplayList();
 }
 
-// All meshes of the group, also those of earlier loads.
+// All meshes of the group, also those of earlier loads. A host may have emptied slots.
 static void meshPass(OGroup* group, int flags, Progress progress)
 {
     if ((flags & LOAD_COMBINE) && group->meshCount > 0)
         group->closeCombine(0.5f);
     for (int i = 0; i < group->meshCount; i++)
     {
-        finishMesh(group->meshes[i], flags);
+        if (group->meshes[i])
+            finishMesh(group->meshes[i], flags);
         report(progress, static_cast<float>(i) / static_cast<float>(group->meshCount) * 0.2f + 0.7f);
     }
 }

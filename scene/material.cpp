@@ -1,5 +1,6 @@
 #include "vornik/scene/material.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -85,12 +86,13 @@ static size_t pixelCount(const Texture& image)
 
 // Nearest sample of source for each pixel of a width x height image. Source rows are taken at the stride of
 // the destination's width, which is how opacity maps of another size have always been fitted; samples that
-// fall behind the source's end are transparent black.
+// fall behind the source's end are transparent black. The texture goes on telling the source's size, so the
+// block has room for as many pixels.
 static uint8_t* scaledPixels(const Texture& source, int width, int height)
 {
     const size_t available = pixelCount(source);
-    uint8_t* scaled =
-        static_cast<uint8_t*>(std::calloc(static_cast<size_t>(width) * static_cast<size_t>(height), 4));
+    const size_t wanted = static_cast<size_t>(width) * static_cast<size_t>(height);
+    uint8_t* scaled = static_cast<uint8_t*>(std::calloc(std::max(wanted, available), 4));
     if (!scaled)
         return nullptr;
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "assets/loadmaterials.h"
+#include "tests/support/completescene.h"
 #include "tests/support/engine.h"
 #include "tests/support/imagewriter.h"
 #include "tests/support/writer3ds.h"
@@ -459,6 +460,32 @@ TEST_F(Load3ds, WithoutTheMeshFlagNoMeshIsFinished)
     load({.meshes = {square("N")}}, LOAD_MESHES); // and with it those of earlier loads are finished again
     EXPECT_EQ(group->meshCount, 2);
     EXPECT_EQ(group->meshes[0]->position.x, 0.0f);
+}
+
+template <class T>
+static void emptyFirstSlot(T** slots)
+{
+    delete slots[0];
+    slots[0] = nullptr;
+}
+
+TEST_F(Load3ds, EmptiedSlotsArePassedOver)
+{
+    const int all = LOAD_MESHES | LOAD_LIGHTS | LOAD_CAMERAS | LOAD_MATERIALS | LOAD_KEYFRAMES |
+                    LOAD_SMOOTHING | LOAD_COMBINE | LOAD_OCTREE;
+    for (const int flags : {all, all | LOAD_TOLERANT})
+    {
+        group = std::make_unique<OGroup>();
+        ASSERT_EQ(load(completeScene(), LOAD_MESHES | LOAD_LIGHTS | LOAD_CAMERAS), 0);
+        emptyFirstSlot(group->meshes);
+        emptyFirstSlot(group->lights);
+        emptyFirstSlot(group->cameras);
+        ASSERT_EQ(load(completeScene(), flags), 0);
+        EXPECT_EQ(group->meshCount, 4);
+        EXPECT_EQ(group->meshes[0], nullptr);
+        EXPECT_GT(group->meshes[3]->radius, 0.0f);
+        ASSERT_NE(group->octree, nullptr);
+    }
 }
 
 TEST_F(Load3ds, KeyframeFlagLinksObjectsByTheirNumbers)

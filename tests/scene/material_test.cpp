@@ -139,6 +139,20 @@ TEST(Material, WithoutBothImagesTheMaterialStaysOrdinary)
     EXPECT_EQ(material.transparency, 0.0f);
 }
 
+TEST(Material, AnOpacityImageThatHasShrunkCanBeReadAtItsOldSize)
+{
+    Material material;
+    material.addFirstTexture(makeImage(2, 2, 3, [](int) { return 9; }));
+    material.addOpacityTexture(makeImage(64, 64, 4, [](int) { return 5; }));
+    material.calcAlpha();
+    EXPECT_EQ(material.opacityTexture->width, 64);
+    const uint8_t* pixels = material.opacityTexture->pixels;
+    EXPECT_EQ(pixels[2 * 2 * 4 - 1], 5);
+    EXPECT_EQ(pixels[64 * 64 * 4 - 1], 0);
+    material.calcAlpha();
+    EXPECT_EQ(alphaOf(material, 0), 5);
+}
+
 TEST(Material, ALargerOpacityImageIsSampledAtTheStrideOfTheDestination)
 {
     Material material;

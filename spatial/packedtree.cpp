@@ -183,7 +183,7 @@ bool PackedTree::refresh(Leaf* leaf) const
     const uint32_t* chunks = leaf->chunks;
     for (uint32_t i = 0; i < leaf->partCount; ++i)
     {
-        Part& part = leaf->parts[i];
+        const Part& part = leaf->parts[i];
         MeshCopy& mesh = *part.mesh;
         if (!(mesh.checked == query ? mesh.usable : check(&mesh)))
             return false;
@@ -199,9 +199,11 @@ bool PackedTree::refresh(Leaf* leaf) const
                 moved = true;
             }
         mesh.version += moved ? 1 : 0;
-        part.version = mesh.version;
         chunks += part.vertexChunks + part.faceChunks;
     }
+    // Not before all parts are known to be usable: a leaf that is given up halfway is still to be laid out.
+    for (uint32_t i = 0; i < leaf->partCount; ++i)
+        leaf->parts[i].version = leaf->parts[i].mesh->version;
     WorldCorners world;
     layOut(leaf, [&](uint32_t place, Vertex3D* corners)
            { world.get(leaf->items[place].mesh, leaf->items[place].face, corners); });

@@ -265,7 +265,7 @@ int octreeNode::traverseRayOLD(Vertex3D* start, Vertex3D* end, octreeNode** out,
     if (isNull(this) || !start || !end || !out || maxOut < 1 || !pointInside(start) || !pointInside(end))
         return 0;
     // A quarter of the smallest possible leaf.
-    const float step = (max.x - min.x) / std::ldexp(1.0f, maxDepth + 3);
+    const float step = (max.x - min.x) / (std::ldexp(1.0f, maxDepth) * 8);
     if (!(step > 0.0f))
         return 0;
     const Vertex3D d = {(end->x - start->x) / step, (end->y - start->y) / step, (end->z - start->z) / step};

@@ -97,20 +97,20 @@ bool OctreeSplitter::mayDivide(const octreeNode* parent, size_t held) const
            std::isfinite(parent->max.x - parent->min.x) && referencesLeft >= 8 * static_cast<int64_t>(held);
 }
 
-// All eight or none. @return false without memory for them
+// All eight or none, in place of those that a node has from an earlier division. @return false without memory
+// for them
 bool OctreeSplitter::addChildren(octreeNode* parent)
 {
-    for (octreeNode*& child : parent->child)
+    octreeNode* made[8];
+    for (octreeNode*& child : made)
         child = new (std::nothrow) octreeNode;
-    if (std::find(parent->child, parent->child + 8, nullptr) != parent->child + 8)
-    {
-        for (octreeNode*& child : parent->child)
-        {
-            delete child;
-            child = nullptr;
-        }
+    const bool areThere = std::find(made, made + 8, nullptr) == made + 8;
+    if (areThere)
+        std::swap_ranges(made, made + 8, parent->child);
+    for (const octreeNode* unused : made)
+        delete unused;
+    if (!areThere)
         return false;
-    }
     const Vertex3D &min = parent->min, &max = parent->max;
     const Vertex3D middle = {(min.x + max.x) * 0.5f, (min.y + max.y) * 0.5f, (min.z + max.z) * 0.5f};
     for (int i = 0; i < 8; ++i)

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cfloat>
+#include <climits>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
@@ -16,6 +17,7 @@
 #include "tests/spatial/octreeprobe.h"
 #include "tests/spatial/plaincube.h"
 #include "tests/spatial/randomgroup.h"
+#include "tests/support/allocations.h"
 #include "tests/support/engine.h"
 #include "tests/support/testmesh.h"
 #include "tests/support/workingfolder.h"
@@ -282,6 +284,25 @@ TEST_F(Octree, FiveFacesStayTogetherAndSixDivide)
     EXPECT_EQ(node->child[5]->min.x, node->child[0]->max.x);
     EXPECT_EQ(node->child[5]->min.y, node->min.y);
     EXPECT_EQ(node->child[5]->min.z, node->child[0]->max.z);
+}
+
+TEST_F(Octree, DividingAgainReplacesTheChildren)
+{
+    octreeNode* node = plant(grid(3));
+    ASSERT_TRUE(node->hasChildren);
+    EXPECT_EQ(node->split(5, 5, nullptr), 0); // holds no faces itself
+    Vertex3D place = {2, 2, 2};
+    EXPECT_EQ(node->traverse(&place)->polys.size, 1);
+    const long long held = heldBytes();
+    for (int round = 0; round < 3; ++round)
+    {
+        for (int i = 0; i < mesh->faceCount; ++i)
+            node->insert(mesh.get(), i, true);
+        EXPECT_EQ(node->split(5, 5, nullptr), 0);
+        EXPECT_EQ(node->polys.size, 0);
+        EXPECT_EQ(node->traverse(&place)->polys.size, 1);
+        EXPECT_EQ(heldBytes(), held);
+    }
 }
 
 TEST_F(Octree, DepthEndsTheDivision)
@@ -645,6 +666,15 @@ TEST_F(Octree, OldWalkGoesAlongTheRay)
     octreeNode* out[4];
     EXPECT_EQ(node->traverseRayOLD(&outside, &inside, out, 4), 0);
     EXPECT_EQ(node->traverseRayOLD(&inside, &outside, out, 4), 0);
+}
+
+TEST_F(Octree, OldWalkOfATreeWithoutALimitOfDepthFindsNothing)
+{
+    octreeNode* node = plant(grid(2), 1, INT_MAX);
+    ASSERT_EQ(node->maxDepth, INT_MAX);
+    Vertex3D start = {0, 0, 0}, end = {1, 1, 1}; // steps between them would have no length
+    octreeNode* out[4];
+    EXPECT_EQ(node->traverseRayOLD(&start, &end, out, 4), 0);
 }
 
 TEST_F(Octree, EmptyTreeFindsNothing)

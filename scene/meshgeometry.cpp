@@ -14,6 +14,7 @@
 #include "rasterizer/d3d/d3drasterizer.h"
 #include "scene/statictransform.h"
 #include "scene/transformpoint.h"
+#include "scene/worldcorners.h"
 #include "vornik/rasterizer/startup.h"
 #include "vornik/rasterizer/state.h"
 
@@ -87,8 +88,7 @@ void Mesh::calcWindowCoords()
     }
 }
 
-// What the matrices live in; null while the rasterizer hasn't started.
-static const void* rasterizerContext()
+const void* rasterizerContext()
 {
     if (vrkSelectedRasterizer == 0)
         return VRK_hGLRC;

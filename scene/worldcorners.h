@@ -5,6 +5,9 @@
 #include "scene/transformpoint.h"
 #include "vornik/scene/mesh.h"
 
+/// What the matrices live in, and change with; null while the rasterizer hasn't started.
+const void* rasterizerContext();
+
 class WorldCorners
 {
 public:

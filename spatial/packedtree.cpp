@@ -59,16 +59,17 @@ const Leaf* PackedTree::leafOf(const octreeNode* node) const
 static bool notePlacing(MeshCopy* copy)
 {
     const Mesh& mesh = *copy->mesh;
+    const void* context = rasterizerContext();
     const float placing[10] = {mesh.rotation.x, mesh.rotation.y, mesh.rotation.z, mesh.rotation.w,
                                mesh.position.x, mesh.position.y, mesh.position.z, mesh.pivot.x,
                                mesh.pivot.y,    mesh.pivot.z};
     // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison): the bits, for numbers that are none
     if (std::memcmp(placing, copy->placing, sizeof placing) == 0 &&
-        copy->rasterizer == vrkSelectedRasterizer && copy->context == VRK_hGLRC)
+        copy->rasterizer == vrkSelectedRasterizer && copy->context == context)
         return false;
     std::memcpy(copy->placing, placing, sizeof placing);
     copy->rasterizer = vrkSelectedRasterizer;
-    copy->context = VRK_hGLRC;
+    copy->context = context;
     return true;
 }
 

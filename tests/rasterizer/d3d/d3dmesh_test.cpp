@@ -16,6 +16,7 @@
 #include "vornik/scene/material.h"
 #include "vornik/scene/ogroup.h"
 #include "vornik/scene/renderflags.h"
+#include "vornik/spatial/queries.h"
 
 using Calls = std::vector<std::string>;
 using Counts = std::vector<std::pair<int, int>>;
@@ -514,6 +515,22 @@ TEST_F(D3DSceneMeshTest, WorldPlaceAskedBeforeTheStartIsAskedAgain)
     EXPECT_EQ(scene->calculatedVertex(1).x, 1.0f);
     start();
     EXPECT_EQ(scene->calculatedVertex(1).x, 11.0f);
+}
+
+TEST_F(D3DSceneMeshTest, TreeBuiltBeforeTheStartAnswersByThePlacesBehindIt)
+{
+    vrkUnInit3D();
+    d3d->matrixStack.reset();
+    OGroup group;
+    group.addMesh(scene);
+    group.addTList(new TList);
+    scene->position = {100, 0, 0};
+    group.constructOctree();
+    Vertex3D above = {100.25f, 0.25f, 0.25f}, below = {100.25f, 0.25f, -0.25f};
+    EXPECT_EQ(vrkCheckHeight(&above, &below, &group).z, -999999.0f); // nothing moves without a stack
+    start();
+    EXPECT_EQ(vrkCheckHeight(&above, &below, &group).z, 0.0f);
+    scene = makeMesh("other", corners, {{0, 1, 2}});
 }
 
 TEST_F(D3DSceneMeshTest, ScalingAGroupMakesObjectsAnew)

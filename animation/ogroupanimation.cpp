@@ -280,7 +280,7 @@ static void stepFrame(Texture* texture)
 {
     if (!texture || texture->frameCount < 2)
         return;
-    texture->currentFrame = texture->currentFrame + 1 >= texture->frameCount ? 0 : texture->currentFrame + 1;
+    texture->currentFrame = texture->currentFrame >= texture->frameCount - 1 ? 0 : texture->currentFrame + 1;
 }
 
 int OGroup::animateTextures()

@@ -409,6 +409,15 @@ TEST_F(OGroupAnimation, TexturesStepAndWrap)
             EXPECT_EQ(slots[i]->currentFrame, expected);
         EXPECT_EQ(slots[3]->currentFrame, 0);
     }
+    slots[0]->frameCount = 2; // the fewest that step
+    slots[1]->currentFrame = INT_MAX;
+    slots[2]->currentFrame = -2;
+    group->animateTextures();
+    EXPECT_EQ(slots[0]->currentFrame, 0);
+    EXPECT_EQ(slots[1]->currentFrame, 0);
+    EXPECT_EQ(slots[2]->currentFrame, -1);
+    group->animateTextures();
+    EXPECT_EQ(slots[0]->currentFrame, 1);
     for (Texture* slot : slots)
         slot->frameCount = 0;
 }

@@ -114,6 +114,14 @@ TEST(String, SubString)
     EXPECT_EQ(s.subString(2, 1).size, 1);
 }
 
+TEST(String, SubStringStaysWithinTheSize)
+{
+    String s("abcdef");
+    s.size = 3;
+    EXPECT_EQ(text(s.subString(1, 99)), "bc");
+    EXPECT_EQ(text(s.subString(99, 99)), "");
+}
+
 TEST(String, TrimDropsLeadingBlanksOnly)
 {
     EXPECT_EQ(text(String("  x ").trim()), "x ");

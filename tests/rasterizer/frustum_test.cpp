@@ -3,6 +3,8 @@
 #include <cmath>
 #include <cstring>
 #include <memory>
+#include <random>
+#include <vector>
 
 #include <GL/gl.h>
 
@@ -56,6 +58,48 @@ TEST_F(FrustumTest, PlanesOfALevelView)
     expectVector(frustum.normal[3], -half, -half, 0);
     expectVector(frustum.normal[4], 1, 0, 0);
     expectVector(frustum.point[4], 100, 0, 0);
+}
+
+static Vertex3D times(Vertex3D v, float factor)
+{
+    v *= factor;
+    return v;
+}
+
+static Vertex3D normalized(Vertex3D v)
+{
+    v.normalize();
+    return v;
+}
+
+static bool same(const Vertex3D& a, const Vertex3D& b)
+{
+    return a.x == b.x && a.y == b.y && a.z == b.z;
+}
+
+TEST_F(FrustumTest, EachStepRoundsForItself)
+{
+    std::mt19937 random(6);
+    std::uniform_real_distribution<float> place(-50, 50);
+    const float tangent = std::tan(vrkRad(45));
+    for (int i = 0; i < 200; ++i)
+    {
+        camera.eye = {place(random), place(random), place(random)};
+        camera.target = {place(random), place(random), place(random)};
+        vrkMakeFrustrum(&camera, &frustum);
+
+        Vertex3D view = normalized(camera.target - camera.eye);
+        Vertex3D up = normalized(Vertex3D{0, 0, 1} - times(view, view.z));
+        view.normalize(); // once more, as the far plane is below
+        const Vertex3D right = normalized(up ^ view);
+        const Vertex3D expected[5] = {normalized(up - times(view, tangent)),
+                                      normalized(times(-view, tangent) - up),
+                                      normalized(right - times(view, tangent)),
+                                      normalized(times(-view, tangent) - right), normalized(view)};
+        for (int plane = 0; plane < 5; ++plane)
+            EXPECT_TRUE(same(frustum.normal[plane], expected[plane])) << i << ' ' << plane;
+        EXPECT_TRUE(same(frustum.point[4], times(expected[4], 100))) << i;
+    }
 }
 
 TEST_F(FrustumTest, SideAngleIsTheUpperOneTimesTheAspect)
@@ -164,6 +208,36 @@ TEST_F(InsideTest, PointsInsideAndOnTheSurface)
     EXPECT_FALSE(has({0.5f, 0.5f, 0.5f}));
     EXPECT_FALSE(has({10.5f, 0.5f, -0.001f}));
     EXPECT_FALSE(has({11.1f, 1, 1}));
+}
+
+TEST_F(InsideTest, EachCornerOfAFaceMayRefuseByItself)
+{
+    std::mt19937 random(7);
+    std::uniform_real_distribution<float> place(-50, 50);
+    int refusals[3] = {};
+    for (int i = 0; i < 300; ++i)
+    {
+        std::vector<Vertex3D> corners;
+        for (int corner = 0; corner < 3; ++corner)
+            corners.push_back({place(random), place(random), place(random)});
+        mesh.reset(makeMesh("T", corners, {{0, 1, 2}}, {place(random), place(random), place(random)}));
+        const Vertex3D normal = calcNormal(&corners[0], &corners[1], &corners[2]);
+        Vertex3D point = corners[0] + corners[1] + corners[2];
+        point /= 3.0f;
+        point += mesh->position;
+
+        int refusing = 0, last = 0;
+        for (int corner = 0; corner < 3; ++corner)
+            if ((point - (corners[size_t(corner)] + mesh->position)) * normal > 0.0f)
+            {
+                ++refusing;
+                last = corner;
+            }
+        refusals[last] += refusing == 1;
+        EXPECT_EQ(has(point), refusing == 0) << i;
+    }
+    for (const int alone : refusals)
+        EXPECT_GT(alone, 0);
 }
 
 TEST_F(InsideTest, MeshWithoutFacesHoldsEverything)

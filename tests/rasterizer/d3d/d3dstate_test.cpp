@@ -302,6 +302,11 @@ TEST_F(D3DStateTest, ClearColorForcesTheRecord)
     EXPECT_EQ(c.b, 0.5f);
     EXPECT_EQ(c.a, 1.0f);
     EXPECT_EQ(heardBy([] { vrkClear(); }), (Calls{"clear 3 fcfc007e 1"}));
+    c = {std::nextafter(1.0f, 2.0f), -1e-30f, 0.0f, 1.0f};
+    vrkSetClearColor(&c);
+    EXPECT_EQ(c.r, 1.0f);
+    EXPECT_EQ(c.g, 0.0f);
+    EXPECT_EQ(heardBy([] { vrkClear(); }), (Calls{"clear 3 fcfc0000 1"}));
     vrkSetClearColor(nullptr);
 }
 

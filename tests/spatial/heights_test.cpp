@@ -579,23 +579,23 @@ TEST_F(Ground, WhatMovesWhileAnotherMeshIsHiddenIsSeenWhenThatIsBack)
     makeGround(-2)->constructOctree();
     Mesh *ground = group->meshes[0], *hidden = group->meshes[1];
     ASSERT_FALSE(group->octree->hasChildren); // both in one leaf
-    const auto height = [&] { return vrkCheckHeight(&start, &end, group.get()).z; };
+    const auto highest = [&] { return vrkCheckHeight(&start, &end, group.get()).z; };
     for (const float x : {20.0f, 0.0f})
     {
         hidden->faceCount = 0;
         ground->position.x = x;
-        EXPECT_EQ(height(), x > 0 ? -999999.0f : 0.0f);
+        EXPECT_EQ(highest(), x > 0 ? -999999.0f : 0.0f);
         hidden->faceCount = 2;
-        EXPECT_EQ(height(), x > 0 ? -2.0f : 0.0f);
+        EXPECT_EQ(highest(), x > 0 ? -2.0f : 0.0f);
     }
     for (const float x : {20.0f, -20.0f})
     {
         hidden->faceCount = 0;
         for (int i = 0; i < ground->vertexCount; ++i)
             ground->calculatedVertices[i].x += x;
-        EXPECT_EQ(height(), x > 0 ? -999999.0f : 0.0f);
+        EXPECT_EQ(highest(), x > 0 ? -999999.0f : 0.0f);
         hidden->faceCount = 2;
-        EXPECT_EQ(height(), x > 0 ? -2.0f : 0.0f);
+        EXPECT_EQ(highest(), x > 0 ? -2.0f : 0.0f);
     }
 }
 

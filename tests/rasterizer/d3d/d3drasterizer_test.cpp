@@ -227,7 +227,7 @@ TEST_F(D3DRasterizerTest, WhatTheHostAsksForReachesTheDevice)
 
 TEST_F(D3DRasterizerTest, SurfacesAreMadeForTheHostsWindow)
 {
-    char anything;
+    char anything = 0;
     const VRKWindow window = reinterpret_cast<VRKWindow>(&anything); // is only handed on
     ASSERT_EQ(d3d->initialize(window, 640, 480, 32, false, 0, true), 0u);
     EXPECT_EQ(script.request.window, window);

@@ -11,7 +11,7 @@
 #include "core/memorylasts.h"
 #include "vornik/assets/loader.h"
 
-/// The reading of the running load. Set by load3ds and by the readers that get flags.
+/// The reading of the running load, false outside one. Set also by the readers that get flags.
 extern bool loaderTolerant;
 
 class ChunkWalk

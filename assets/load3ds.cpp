@@ -289,6 +289,15 @@ static void readChunks(OGroup* group, int flags, int size, Progress progress)
     endMaterials();
 }
 
+// Outside a load the reading is strict, for hosts that call the readers themselves.
+struct ChosenReading
+{
+    explicit ChosenReading(int flags) { loaderTolerant = (flags & LOAD_TOLERANT) != 0; }
+    ChosenReading(const ChosenReading&) = delete;
+    ChosenReading& operator=(const ChosenReading&) = delete;
+    ~ChosenReading() { loaderTolerant = false; }
+};
+
 static int cannotOpen()
 {
     return vrkPutToErrorLog("Cannot open .3DS file (possible disk error)", 13);
@@ -298,7 +307,7 @@ int load3ds(const char* fileName, OGroup* group, const char* materialDirectory, 
             const char* packName)
 {
     beginMaterials(nullptr);
-    loaderTolerant = (flags & LOAD_TOLERANT) != 0;
+    const ChosenReading reading(flags);
     vrkPutToErrorLog("Start loading...", 50);
 
     int size = 0;

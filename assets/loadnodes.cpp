@@ -38,6 +38,11 @@ void beginNodes(OGroup* target, PathList* list)
     firstMesh = target->meshCount;
 }
 
+bool areNodesBegun()
+{
+    return group != nullptr;
+}
+
 void endNodes()
 {
     group = nullptr;

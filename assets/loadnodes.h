@@ -37,6 +37,8 @@ struct LoadedNode
 
 /// Starts a load into a group.
 void beginNodes(OGroup* group, PathList* paths);
+/// Between beginNodes and endNodes?
+bool areNodesBegun();
 /// The three axes and the origin of a mesh of this load. @param axes  [12]
 void rememberAxes(const Mesh* mesh, const float* axes);
 /// A new node; null when there are more than any group has objects for.

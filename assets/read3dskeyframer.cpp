@@ -46,7 +46,6 @@ private:
     void readInstanceName();
     void readPivot();
     void readNumber();
-    int readTrackHeader(int keySize);
     void readStrictPositions();
     void readStrictRotations();
     void readPositions();
@@ -70,6 +69,8 @@ private:
 
 int read3dsKeyframer(int length, OGroup* group, PathList* paths)
 {
+    // Only load3ds knows what to do with the nodes of the tolerant reading.
+    loaderTolerant = loaderTolerant && areNodesBegun();
     int result = 0;
     readWhileMemoryLasts([&] { result = KeyframeReader(length, group, paths).read(); });
     return result;
@@ -228,24 +229,28 @@ void KeyframeReader::readNumber()
         node->number = number;
 }
 
-// The number of keys. It is taken as signed, and no more are taken than the block can hold and the one in
-// which it ends.
-int KeyframeReader::readTrackHeader(int keySize)
+static void passTrackHeader()
 {
     vrkLoader.getShort();
     vrkLoader.getInt();
     vrkLoader.getInt();
-    int count;
-    if (loaderTolerant)
-        count = vrkLoader.getInt();
-    else
-    {
-        count = vrkLoader.getShort();
-        vrkLoader.getShort();
-    }
-    const int64_t rest = vrkLoader.data + vrkLoader.size - vrkLoader.current;
-    const int64_t most = loaderTolerant ? rest / keySize : rest / keySize + 1;
-    return static_cast<int>(std::clamp<int64_t>(count, 0, std::max<int64_t>(most, 0)));
+}
+
+// The number of keys, taken as signed. Keys that the block doesn't have come out as its reads do at the end;
+// that happens to one track of a file at most.
+static int readStrictKeyCount()
+{
+    passTrackHeader();
+    const int count = vrkLoader.getShort();
+    vrkLoader.getShort();
+    return std::max(count, 0);
+}
+
+// No more keys than the track's chunk holds.
+static int readKeyCount(int keySize)
+{
+    passTrackHeader();
+    return ChunkWalk::clip(std::max(vrkLoader.getInt(), 0), keySize);
 }
 
 // A path that a full list doesn't take is read all the same and dropped. @return the path, if it was taken
@@ -256,7 +261,7 @@ VRKPath* KeyframeReader::takePath(std::unique_ptr<VRKPath> path)
 
 void KeyframeReader::readStrictPositions()
 {
-    const int count = readTrackHeader(20);
+    const int count = readStrictKeyCount();
     auto path = makeTrack(count, type, VRK_TRACK_POSITION, object);
     for (int k = 0; k < count; ++k)
     {
@@ -271,7 +276,7 @@ void KeyframeReader::readStrictPositions()
 // Frames of turns are unsigned, those of positions signed: hosts know both.
 void KeyframeReader::readStrictRotations()
 {
-    const int count = readTrackHeader(22);
+    const int count = readStrictKeyCount();
     auto path = makeTrack(count, type, VRK_TRACK_ROTATION, object);
     for (int k = 0; k < count; ++k)
     {
@@ -298,7 +303,7 @@ int KeyframeReader::readKeyHeader()
 // Objects would stand at their last key up to the first one. A key in front of all keeps them at the first.
 void KeyframeReader::readPositions()
 {
-    const int count = readTrackHeader(18);
+    const int count = readKeyCount(18);
     if (count == 0 || (node && !node->object))
         return;
     const bool lead = count > 1 && type == VRK_NODE_OBJECT;
@@ -323,7 +328,7 @@ void KeyframeReader::readPositions()
 // last one from being begun again.
 void KeyframeReader::readRotations()
 {
-    const int count = readTrackHeader(22);
+    const int count = readKeyCount(22);
     if (count == 0 || !node || !node->object)
         return;
     const bool tail = count > 1;
@@ -348,7 +353,7 @@ void KeyframeReader::readRotations()
 // Degrees.
 void KeyframeReader::readRolls()
 {
-    const int count = readTrackHeader(10);
+    const int count = readKeyCount(10);
     if (count == 0 || type != VRK_NODE_CAMERA || !object)
         return;
     auto path = makeTrack(count + 1, type, VRK_TRACK_SCALAR, object);
@@ -370,7 +375,7 @@ void KeyframeReader::readRolls()
 // Only where a node stands at its first key; how its size changes is not played.
 void KeyframeReader::readScale()
 {
-    const int count = readTrackHeader(18);
+    const int count = readKeyCount(18);
     if (count == 0 || !node)
         return;
     readKeyHeader();

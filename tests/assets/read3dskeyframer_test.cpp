@@ -18,6 +18,7 @@
 #include "tests/support/writer3ds.h"
 #include "vornik/animation/path.h"
 #include "vornik/assets/load3ds.h"
+#include "vornik/assets/read3dsobject.h"
 #include "vornik/core/errorlog.h"
 #include "vornik/rasterizer/state.h"
 #include "vornik/scene/mesh.h"
@@ -43,7 +44,7 @@ protected:
         group->addCamera(camera);
     }
     // The content of a keyframer chunk. @return the reader's result
-    int read(ChunkWriter& content)
+    int read(ChunkWriter content)
     {
         ChunkWriter out;
         out.open(0xB000).bytes(content.finish()).close();
@@ -289,13 +290,54 @@ TEST_F(Keyframer, CutFilesEndWhereTheyEnd)
     }
 }
 
-TEST_F(Keyframer, HugeCountsEndWithTheBlock)
+TEST_F(Keyframer, KeysBehindTheEndOfTheFileAreMinusOne)
 {
     ChunkWriter out = node(0xB002, "M");
-    track(out, 0xB020, 30000).u16(1).u16(0).u16(0).vector({1, 2, 3}).close();
+    track(out, 0xB020, 32767).u16(1).u16(0).u16(0).vector({1, 2, 3}).close();
     read(out);
-    EXPECT_LT(paths->paths[0]->keyCount, 10);
-    EXPECT_EQ(paths->paths[0]->keys[0].position[0], 1.0f);
+    ASSERT_EQ(paths->pathCount, 1);
+    const VRKPath& path = *paths->paths[0];
+    ASSERT_EQ(path.keyCount, 32768);
+    EXPECT_EQ(path.keys[0].position[0], 1.0f);
+    EXPECT_EQ(path.keys[0].frame, 1);
+    for (int k = 1; k < 32768; ++k)
+    {
+        ASSERT_EQ(path.keys[k].position[0], -1.0f) << k;
+        ASSERT_EQ(path.keys[k].position[2], -1.0f) << k;
+        ASSERT_EQ(path.keys[k].frame, k == 32767 ? 65535 : 0) << k;
+    }
+}
+
+TEST_F(Keyframer, TurnsBehindTheEndOfTheFileAreMinusOne)
+{
+    ChunkWriter out = node(0xB002, "M");
+    track(out, 0xB021, 3).u16(1).u16(0).u16(0).f32(1).vector({1, 2, 3}).close();
+    read(out);
+    const VRKPath& path = *paths->paths[0];
+    ASSERT_EQ(path.keyCount, 4);
+    EXPECT_EQ(path.keys[0].rotation[3], vrkUnRad(1.0f));
+    for (int k = 1; k < 4; ++k)
+    {
+        EXPECT_EQ(path.keys[k].rotation[0], -1.0f);
+        EXPECT_EQ(path.keys[k].rotation[3], vrkUnRad(-1.0f));
+        EXPECT_EQ(path.keys[k].frame, k == 3 ? 65535 : 0);
+    }
+}
+
+TEST_F(Keyframer, ReadsStrictlyBehindATolerantLoad)
+{
+    const TempFolder folder;
+    const Scene3ds scene = {.nodes = {{.name = "D"}}};
+    for (const auto& bytes : {build3ds(scene), std::vector<uint8_t>{1, 2, 3}})
+    {
+        OGroup other;
+        load3ds(folder.write("s.3ds", bytes).c_str(), &other, "", LOAD_KEYFRAMES | LOAD_TOLERANT, nullptr,
+                nullptr);
+        EXPECT_EQ(read(node(0xB002, "$$$DUMMY")), 37);
+    }
+    LoaderBlock object(ChunkWriter().open(0x4000).text("A").close().finish());
+    read3dsObject(object.enter(), group.get(), LOAD_TOLERANT);
+    EXPECT_EQ(read(node(0xB002, "$$$DUMMY")), 37);
 }
 
 // Whole files in the tolerant reading.

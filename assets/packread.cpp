@@ -53,7 +53,7 @@ std::string resolvePackedName(const std::string& name)
 
 char* readPackedFile(const char* packName, const char* name, size_t padding, size_t* size)
 {
-    if (packOpen(packName) != 0)
+    if (!packName || packOpen(packName) != 0)
         return nullptr;
     PackHandle* handle = packFileOpen(name, "rb");
     if (!handle)

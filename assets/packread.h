@@ -13,7 +13,7 @@ uint64_t packLength();
 std::string resolvePackedName(const std::string& name);
 
 /// Reads a member whole, with one read: opens the pack, takes the member and closes the pack. A pack that
-/// doesn't have the member is left open.
+/// doesn't have the member is left open, and so is an open one where packName is null.
 /// @param padding  zero bytes to add behind the content
 /// @param size     [out] bytes of the member that are there, without the padding
 /// @return a malloc block that the caller owns; null if there is no such pack or member, or it is larger than

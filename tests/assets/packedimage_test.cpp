@@ -226,7 +226,7 @@ TEST_F(PackedImage, CutTgaGoesOnWithWhatLiesBehind)
     EXPECT_EQ(image(), (Bytes{1, 2, 3, 255, 'c', 'b', 'a', 255}));
     packPlainly({{"MAPS\\A.TGA", text(bytes)}});
     EXPECT_EQ(load("a.tga"), 0);
-    EXPECT_EQ(image(), (Bytes{1, 2, 3, 255, 0, 0, 0, 0})); // nothing lies there
+    EXPECT_EQ(image(), (Bytes{1, 2, 3, 255, 0, 0, 0, 255})); // nothing lies there
 }
 
 TEST_F(PackedImage, PacketsMayTakeMoreThanTheirPixels)

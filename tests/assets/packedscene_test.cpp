@@ -127,6 +127,15 @@ TEST_F(PackedScene, WhatCannotBeOpened)
     EXPECT_EQ(group->tlistCount, 0);
 }
 
+TEST_F(PackedScene, WithoutANameOfAPackNoneIsTouched)
+{
+    ASSERT_EQ(packOpen(pack.c_str()), 0);
+    FILE* stream = packStream;
+    EXPECT_EQ(load3ds("data\\scene.3ds", group.get(), "data", packed, nullptr, nullptr), 13);
+    EXPECT_EQ(packStream, stream);
+    EXPECT_GE(packFindEntry("data\\scene.3ds"), 0);
+}
+
 TEST_F(PackedScene, LooseFilesAreNoSubstitute)
 {
     const std::string loose = folder.write("loose.3ds", build3ds(example()));

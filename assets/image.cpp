@@ -94,16 +94,22 @@ static void allocateBlock(Texture& texture)
     texture.pixels = static_cast<uint8_t*>(std::calloc(bytes, 1));
 }
 
+// Strictly, a JPEG of which only the header can be read leaves an empty image of its size.
 static bool readJpegInto(Texture& texture, const Source& source, const char* path)
 {
     int width = texture.width;
     int height = texture.height;
-    if (!loadJPEG(path, &texture.pixels, &width, &height, false, source.pack))
-        return false;
-    texture.width = width;
-    texture.height = height;
-    texture.bytesPerPixel = 3;
-    return true;
+    const bool read = loadJPEG(path, &texture.pixels, &width, &height, false, source.pack);
+    if (read || !texture.acceptSubstitutes)
+    {
+        texture.width = width;
+        texture.height = height;
+    }
+    if (read)
+        texture.bytesPerPixel = 3;
+    else
+        allocateBlock(texture);
+    return read;
 }
 
 static int readTgaInto(Texture& texture, const Source& source, const char* path)

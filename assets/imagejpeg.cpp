@@ -44,8 +44,14 @@ bool loadJPEG(const char* name, uint8_t** image, int* width, int* height, bool a
     JpegImage decoded;
     const bool readable = jpegDecode(reinterpret_cast<const uint8_t*>(file), size, alphaOnly, &decoded);
     std::free(file);
-    if (!readable)
+    if (decoded.width < 1 || decoded.height < 1)
         return false;
+    if (!readable)
+    {
+        *width = decoded.width;
+        *height = decoded.height;
+        return false;
+    }
 
     const size_t bytes = static_cast<size_t>(decoded.width) * static_cast<size_t>(decoded.height) * 4;
     if (bytes > VRK_IMAGE_BLOCK)

@@ -1,5 +1,5 @@
-// TGA images, plain and run-length encoded. The file is read whole; what is missing of it leaves pixels black
-// and transparent, and runs end with the image.
+// TGA images, plain and run-length encoded. The file is read whole; what is missing of it leaves pixels
+// black, and transparent where they have an alpha of their own. Runs end with the image.
 
 #include "vornik/assets/image.h"
 
@@ -45,30 +45,29 @@ static Header parseHeader(const uint8_t* header)
             header[17]};
 }
 
-// Reads one pixel and stores it as RGBA. @return false at the end of the file
-static bool readPixel(Stream* stream, int bytesPerPixel, uint8_t* rgba)
+// Reads one pixel and stores it as RGBA. One that isn't there whole ends the stream.
+static void readPixel(Stream* stream, int bytesPerPixel, uint8_t* rgba)
 {
-    if (stream->end - stream->current < bytesPerPixel)
-        return false;
-    const uint8_t* source = stream->current;
-    stream->current += bytesPerPixel;
+    static const uint8_t missing[4] = {};
+    const bool there = stream->end - stream->current >= bytesPerPixel;
+    const uint8_t* source = there ? stream->current : missing;
+    stream->current = there ? stream->current + bytesPerPixel : stream->end;
     if (bytesPerPixel == 1)
     {
         rgba[0] = rgba[1] = rgba[2] = source[0];
         rgba[3] = 255;
-        return true;
+        return;
     }
     rgba[0] = source[2];
     rgba[1] = source[1];
     rgba[2] = source[0];
     rgba[3] = bytesPerPixel == 3 ? 255 : source[3];
-    return true;
 }
 
 static void readPlain(Stream* stream, int bytesPerPixel, uint8_t* out, const uint8_t* end)
 {
-    while (out < end && readPixel(stream, bytesPerPixel, out))
-        out += 4;
+    for (; out < end; out += 4)
+        readPixel(stream, bytesPerPixel, out);
 }
 
 static void readPacked(Stream* stream, int bytesPerPixel, uint8_t* out, const uint8_t* end)
@@ -85,13 +84,13 @@ static void readPacked(Stream* stream, int bytesPerPixel, uint8_t* out, const ui
         else
         {
             uint8_t pixel[4];
-            if (!readPixel(stream, bytesPerPixel, pixel))
-                return;
+            readPixel(stream, bytesPerPixel, pixel);
             for (ptrdiff_t i = 0; i < count; ++i)
                 std::memcpy(out + i * 4, pixel, 4);
         }
         out += count * 4;
     }
+    readPlain(stream, bytesPerPixel, out, end);
 }
 
 static bool isColor(const Header& header)
@@ -133,7 +132,7 @@ static int parse(const uint8_t* bytes, size_t size, TgaReading reading, uint8_t*
     if (header.depth < 24 && !grey)
         return vrkPutToErrorLog("TGA depth is too low!", 47);
     // A pixel of more than 4 bytes has no meaning in any type.
-    if (!(grey || isColor(header)) || header.depth > 32)
+    if (!(grey || isColor(header)) || header.depth / 8 > 4)
         return vrkPutToErrorLog("Imagetype is unknown!", 48);
     uint8_t* out = prepareBlock(image, header, size);
     if (!out)

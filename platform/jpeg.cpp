@@ -54,13 +54,13 @@ static bool decodeRows(jpeg_decompress_struct* info, size_t streamSize, bool gre
     jpeg_read_header(info, TRUE);
     if (static_cast<uint64_t>(info->image_width) * info->image_height > mostPixels(streamSize))
         return false;
+    image->width = static_cast<int>(info->image_width);
+    image->height = static_cast<int>(info->image_height);
     if (info->jpeg_color_space == JCS_CMYK || info->jpeg_color_space == JCS_YCCK)
         return false;
 
     info->out_color_space = grey ? JCS_GRAYSCALE : JCS_RGB;
     jpeg_start_decompress(info);
-    image->width = static_cast<int>(info->output_width);
-    image->height = static_cast<int>(info->output_height);
     image->channels = info->output_components;
     const size_t stride = static_cast<size_t>(info->output_width) * static_cast<size_t>(image->channels);
     image->pixels.assign(stride * info->output_height, 0);
@@ -75,6 +75,7 @@ static bool decodeRows(jpeg_decompress_struct* info, size_t streamSize, bool gre
 
 bool jpegDecode(const uint8_t* data, size_t size, bool grey, JpegImage* image)
 {
+    image->width = image->height = 0;
     if (!data || size == 0)
         return false;
 

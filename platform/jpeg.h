@@ -16,8 +16,8 @@ struct JpegImage
 };
 
 /// Decodes a JPEG stream. @param grey  asks for one channel instead of three
-/// @return false if it is no JPEG, uses colours that can't be converted, or is too large; image is then
-/// undefined.
+/// @return false if it is no JPEG, uses colours that can't be converted, or is too large. Of image only the
+///         size is then of use: that of the header if it could be read, else 0.
 ///         A stream that is cut in its image data decodes, with the rest grey.
 bool jpegDecode(const uint8_t* data, size_t size, bool grey, JpegImage* image);
 

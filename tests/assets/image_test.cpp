@@ -50,6 +50,22 @@ TEST(TextureSize, PowersOfTwoUpTo2048)
     }
 }
 
+// A JPEG whose header can be read and whose picture can't: its quantization tables are taken out.
+static Bytes writeJpegWithoutTables(const Picture& picture)
+{
+    Bytes bytes = writeJpeg(picture);
+    for (size_t i = 2; i + 3 < bytes.size() && bytes[i + 1] != 0xDA;)
+    {
+        const auto begin = bytes.begin() + static_cast<ptrdiff_t>(i);
+        const int length = 2 + (bytes[i + 2] << 8 | bytes[i + 3]);
+        if (bytes[i + 1] == 0xDB)
+            bytes.erase(begin, begin + length);
+        else
+            i += static_cast<size_t>(length);
+    }
+    return bytes;
+}
+
 // A block as the readers take it, and what they gave back.
 class ImageReader : public ::testing::Test
 {
@@ -125,8 +141,9 @@ TEST_F(ImageReader, TgaDepthIsASignedByte)
     for (int depth = 0; depth < 256; ++depth)
     {
         bytes[16] = static_cast<uint8_t>(depth);
-        const int expected = depth < 24 || depth > 127 ? 47 : depth > 32 ? 48 : 0;
+        const int expected = depth < 24 || depth > 127 ? 47 : depth >= 40 ? 48 : 0;
         EXPECT_EQ(readTga(bytes), expected) << depth;
+        EXPECT_TRUE(expected != 0 || bytesPerPixel == depth / 8) << depth;
     }
     EXPECT_EQ(log.text().substr(0, 22), "TGA depth is too low!\n");
 }
@@ -173,6 +190,26 @@ TEST_F(ImageReader, CutTgaIsBlackAndClearBehindTheCut)
                 ++good;
             for (size_t i = good; i < read.size(); ++i)
                 ASSERT_EQ(read[i], 0) << length;
+        }
+    }
+}
+
+TEST_F(ImageReader, CutTgaWithoutAlphaIsBlackAndOpaqueBehindTheCut)
+{
+    const Picture picture = randomPicture(random, 9, 4);
+    for (const bool packed : {false, true})
+    {
+        const Bytes whole = writeTga(picture, {.packed = packed, .bits = 24});
+        const Bytes expected = bottomUp(picture, false);
+        for (size_t length = 18; length <= whole.size(); ++length)
+        {
+            ASSERT_EQ(readTga(Bytes(whole.begin(), whole.begin() + static_cast<ptrdiff_t>(length))), 0);
+            const Bytes read = image();
+            size_t good = 0;
+            while (good < read.size() && read[good] == expected[good])
+                ++good;
+            for (size_t i = good; i < read.size(); ++i)
+                ASSERT_EQ(read[i], i % 4 == 3 ? 255 : 0) << length;
         }
     }
 }
@@ -261,6 +298,16 @@ TEST_F(ImageReader, JpegNeedsABlockAndAFile)
     EXPECT_FALSE(loadJPEG(name.c_str(), &none, &width, &height, false, nullptr));
     EXPECT_FALSE(loadJPEG(folder.path("none.jpg").c_str(), &block, &width, &height, false, nullptr));
     EXPECT_EQ(width, -1);
+}
+
+TEST_F(ImageReader, JpegTellsItsSizeWhereOnlyItsHeaderCanBeRead)
+{
+    EXPECT_FALSE(readJpeg(writeJpegWithoutTables(Picture(32, 16))));
+    EXPECT_EQ(width, 32);
+    EXPECT_EQ(height, 16);
+    EXPECT_EQ(block[0], 0xAB);
+    EXPECT_FALSE(readJpeg(Bytes{1, 2, 3}));
+    EXPECT_EQ(width, 32);
 }
 
 TEST_F(ImageReader, CutJpegIsReadOrRefused)
@@ -435,6 +482,32 @@ TEST_F(ImageLoad, FailuresReport)
                           "Texture (image) format not supported\n"
                           "Texture (image) format not supported\n");
     EXPECT_NE(texture.pixels, nullptr); // stays for the pass that uploads
+}
+
+TEST_F(ImageLoad, JpegThatCannotBeDecodedLeavesItsSizeAndAnEmptyImage)
+{
+    texture.bytesPerPixel = 9;
+    for (const auto& [w, h] : {std::pair{16, 8}, {2048, 2048}})
+    {
+        folder.write("bad.jpg", writeJpegWithoutTables(Picture(w, h, 0xFFFFFFFF)));
+        EXPECT_EQ(load("bad.jpg"), 8);
+        EXPECT_EQ(texture.width, w);
+        EXPECT_EQ(texture.height, h);
+        EXPECT_EQ(texture.bytesPerPixel, 9);
+        ASSERT_NE(texture.pixels, nullptr);
+        EXPECT_EQ(texture.pixels[static_cast<size_t>(w) * static_cast<size_t>(h) * 4 - 1], 0);
+    }
+    EXPECT_EQ(load("bad.png"), 0); // the size is a legal one
+    EXPECT_EQ(texture.bytesPerPixel, 3);
+    EXPECT_EQ(log.text(), "Error loading .JPG file\nError loading .JPG file\nFile not found!\n");
+}
+
+TEST_F(ImageLoad, FilesAreOpenedByTheirUpperCasedNames)
+{
+    folder.write("wall.tga", writeTga(green));
+    folder.write("WALL.TGA", writeTga(red));
+    EXPECT_EQ(load("wall.tga"), 0);
+    EXPECT_EQ(texture.width, 4);
 }
 
 TEST_F(ImageLoad, SizesThatAreNoPowerOfTwoReport)
@@ -673,10 +746,13 @@ TEST_F(TolerantImageLoad, FailuresReport)
 {
     folder.write("bad.jpg", "no picture");
     folder.write("bad.tga", "no picture");
+    folder.write("header.jpg", writeJpegWithoutTables(Picture(16, 8)));
     EXPECT_EQ(load("bad.jpg"), 8);
+    EXPECT_EQ(load("header.jpg"), 8);
+    EXPECT_EQ(texture.width, 0);
     EXPECT_EQ(load("bad.tga"), 9);
     EXPECT_EQ(load("none.png"), 10);
-    EXPECT_EQ(log.text(), "Error loading .JPG file\n"
+    EXPECT_EQ(log.text(), "Error loading .JPG file\nError loading .JPG file\n"
                           "TGA depth is too low!\nError loading .TGA file\n"
                           "Error loading file\n");
 }

@@ -13,6 +13,7 @@
 #include "tests/support/engine.h"
 #include "tests/support/imagewriter.h"
 #include "tests/support/writer3ds.h"
+#include "vornik/animation/path.h"
 #include "vornik/assets/loader.h"
 #include "vornik/assets/texture.h"
 #include "vornik/assets/tlist.h"
@@ -512,6 +513,81 @@ TEST_F(Load3ds, KeyframeFlagLinksObjectsByTheirNumbers)
     EXPECT_EQ(group->animated, 1);
     EXPECT_EQ(group->pathListCount, 1);
     EXPECT_EQ(group->frameCount, 100);
+}
+
+TEST_F(Load3ds, NodeWithoutAnObjectEndsTheWalkButNotTheLoad)
+{
+    ChunkWriter out;
+    out.open(0x4D4D);
+    writeMesh(out.open(0x3D3D), square("A"));
+    out.close().open(0xB000);
+    writeNode(out, {.id = int16_t(7), .name = "A", .positions = {{.frame = 0}}});
+    writeNode(out, {.name = "$$$DUMMY"});
+    out.close().open(0x4000).text("B").open(0x4100).close().close().close();
+    EXPECT_EQ(load(out.finish(), LOAD_MESHES | LOAD_MATERIALS | LOAD_KEYFRAMES | LOAD_OCTREE), 0);
+    EXPECT_TRUE(logged("Fatal keyframer error in .3DS loader!"));
+    ASSERT_EQ(group->meshCount, 1); // what comes behind isn't read
+    EXPECT_EQ(group->meshes[0]->objectId, 7);
+    EXPECT_EQ(group->animated, 0);
+    ASSERT_EQ(group->pathListCount, 1);
+    EXPECT_EQ(group->pathLists[0]->pathCount, 1);
+    // All passes run.
+    EXPECT_NE(material(0)->firstTexture, nullptr);
+    EXPECT_NE(group->meshes[0]->materialFaces, nullptr);
+    EXPECT_NE(group->octree, nullptr);
+    EXPECT_EQ(fractions.back(), 1.0f);
+}
+
+TEST_F(Load3ds, NodesNeedTheFlagAndTheKindOfTheirObject)
+{
+    const Scene3ds scene = {.meshes = {square("A")}, .nodes = {{.name = "A"}}, .segment = {{0, 100}}};
+    EXPECT_EQ(load(scene, LOAD_MESHES), 0);
+    EXPECT_EQ(group->pathListCount, 0);
+    EXPECT_EQ(group->frameCount, 0);
+    group = std::make_unique<OGroup>();
+    EXPECT_EQ(load(scene, LOAD_KEYFRAMES | LOAD_LIGHTS), 0);
+    EXPECT_TRUE(logged("Fatal keyframer error in .3DS loader!"));
+    EXPECT_EQ(group->animated, 0);
+}
+
+TEST_F(Load3ds, FileWithoutKeyframesGivesAnEmptyList)
+{
+    group->animated = 0;
+    for (int count = 1; count <= 2; count++)
+    {
+        EXPECT_EQ(load({.meshes = {square("A")}}, LOAD_MESHES | LOAD_KEYFRAMES), 0);
+        ASSERT_EQ(group->pathListCount, count);
+        EXPECT_EQ(group->pathLists[count - 1]->pathCount, 0);
+        EXPECT_EQ(group->pathLists[count - 1]->pivots, nullptr);
+        EXPECT_EQ(group->animated, 0);
+    }
+}
+
+static OGroup* watched;
+static std::string steps;
+
+TEST_F(Load3ds, ProgressIsToldBetweenThePasses)
+{
+    const std::string file = folder.write(
+        "a.3ds",
+        build3ds({.meshes = {square("A"), square("B")},
+                  .nodes = {{.id = int16_t(1), .name = "A"}, {.id = int16_t(2), .name = "B", .parent = 1}}}));
+    watched = group.get();
+    steps.clear();
+    const auto note = [](float fraction)
+    {
+        if (fraction < 0.7f)
+            return;
+        const bool finished = watched->meshes[1]->materialFaces, linked = watched->meshes[1]->parent;
+        for (const bool done : {finished, linked, watched->animated != 0, watched->octree != nullptr})
+            steps += done ? '1' : '0';
+        steps += ' ';
+    };
+    const int flags = LOAD_MESHES | LOAD_KEYFRAMES | LOAD_OCTREE;
+    ASSERT_EQ(load3ds(file.c_str(), group.get(), "", flags, note, nullptr), 0);
+    // 0.7, one for each mesh, 0.9, 0.95, 1
+    EXPECT_EQ(steps, "0000 0000 1000 1000 1100 1110 ");
+    EXPECT_NE(group->octree, nullptr);
 }
 
 TEST_F(Load3ds, OctreeFlagBuildsTheTreeLast)

@@ -144,9 +144,14 @@ TEST(Jpeg, ProgressiveAndRestartMarkersDecode)
 
 TEST(Jpeg, PrintColoursAreRefused)
 {
-    const std::vector<uint8_t> bytes = stream(16, 16, {4, false, 0});
+    const std::vector<uint8_t> bytes = stream(16, 8, {4, false, 0});
     JpegImage image;
     EXPECT_FALSE(jpegDecode(bytes.data(), bytes.size(), false, &image));
+    EXPECT_EQ(image.width, 16); // the header was good
+    EXPECT_EQ(image.height, 8);
+    EXPECT_FALSE(jpegDecode(bytes.data(), 20, false, &image));
+    EXPECT_EQ(image.width, 0);
+    EXPECT_EQ(image.height, 0);
 }
 
 TEST(Jpeg, CutStreamsDecodeOrFailAtEveryLength)
@@ -190,6 +195,7 @@ TEST(Jpeg, ASizeThatTheDataCannotFillIsRefused)
             bytes[i + 5] = bytes[i + 6] = bytes[i + 7] = bytes[i + 8] = 0xF0;
     JpegImage image;
     EXPECT_FALSE(jpegDecode(bytes.data(), bytes.size(), false, &image));
+    EXPECT_EQ(image.width, 0); // nor is the size told
 }
 
 // A progressive stream of one component whose last scan, of a dozen bytes, stands in it several times.

@@ -27,7 +27,7 @@ VRK_API bool isTextureSizeLegal(int width, int height);
 
 /// Reads a JPEG.
 /// @param image          [in, out] address of the block; false at once for null or a null block
-/// @param width, height  [out] pixels
+/// @param width, height  [out] pixels; also where only the header can be read, and the result is false
 /// @param alphaOnly      reads grey and writes it to the alpha bytes only
 /// @param packName       pack to read from; null for a loose file
 VRK_API bool loadJPEG(const char* name, uint8_t** image, int* width, int* height, bool alphaOnly,

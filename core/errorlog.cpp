@@ -19,7 +19,10 @@ enum
 
 void vrkInitErrorLog(const char* fileName)
 {
-    std::snprintf(vrkError.fileName, sizeof vrkError.fileName, "%s", fileName);
+    // The name may be the record's own.
+    const size_t length = strnlen(fileName, sizeof vrkError.fileName - 1);
+    std::memmove(vrkError.fileName, fileName, length);
+    vrkError.fileName[length] = 0;
     vrkError.mode = logToFile;
 }
 

@@ -57,6 +57,17 @@ TEST_F(ErrorLog, ALongNameIsCut)
     EXPECT_EQ(std::strlen(vrkError.fileName), 63u);
 }
 
+TEST_F(ErrorLog, InitByTheNameThatItHasGoesBackToTheFile)
+{
+    vrkInitErrorLog("abcdef.log");
+    vrkError.mode = 3;
+    vrkInitErrorLog(vrkError.fileName);
+    EXPECT_STREQ(vrkError.fileName, "abcdef.log");
+    EXPECT_EQ(vrkError.mode, 0);
+    vrkInitErrorLog(vrkError.fileName + 3);
+    EXPECT_STREQ(vrkError.fileName, "def.log");
+}
+
 TEST_F(ErrorLog, LinesAreAppendedAndTheNumberComesBack)
 {
     vrkInitErrorLog(folder.path("a.log").c_str());

@@ -6,6 +6,7 @@
 #include "tests/support/glrecorder.h"
 #include "tests/support/writer3ds.h"
 #include "vornik/assets/load3ds.h"
+#include "vornik/lighting/vertexlight.h"
 #include "vornik/scene/mesh.h"
 #include "vornik/scene/ogroup.h"
 #include "vornik/scene/scene.h"
@@ -91,7 +92,11 @@ TEST_F(GroupLoad, Group257IsRefusedInSilence)
 TEST_F(GroupLoad, LightingFlagTracesTheLights)
 {
     EXPECT_EQ(create(objects)->meshes[0]->lightColors[0].r, 0.0f);
-    EXPECT_GT(create(objects | LOAD_LIGHTING)->meshes[0]->lightColors[0].r, 0.0f);
+    const float added = create(objects | LOAD_LIGHTING)->meshes[0]->lightColors[0].r;
+    EXPECT_GT(added, 0.0f);
+    const int flags = objects | LOAD_LIGHTING;
+    OGroup* other = scene.createOGroup(file.c_str(), flags, "", VRK_LIGHT_SUBTRACT, nullptr, nullptr);
+    EXPECT_LT(other->meshes[0]->lightColors[0].r, added);
 }
 
 static float lastFraction;

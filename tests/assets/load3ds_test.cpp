@@ -1,6 +1,5 @@
 #include "vornik/assets/load3ds.h"
 
-#include <GL/gl.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -9,52 +8,19 @@
 #include <vector>
 
 #include "assets/loadmaterials.h"
+#include "tests/assets/loadtest.h"
 #include "tests/support/completescene.h"
-#include "tests/support/engine.h"
-#include "tests/support/imagewriter.h"
-#include "tests/support/writer3ds.h"
 #include "vornik/animation/path.h"
 #include "vornik/assets/loader.h"
 #include "vornik/assets/texture.h"
-#include "vornik/assets/tlist.h"
-#include "vornik/rasterizer/startup.h"
 #include "vornik/scene/material.h"
 #include "vornik/scene/mesh.h"
-#include "vornik/scene/ogroup.h"
 #include "vornik/spatial/octree.h"
 
 static const int objects = LOAD_MESHES | LOAD_LIGHTS | LOAD_CAMERAS;
 
-static std::vector<float> fractions;
-static void noteProgress(float fraction)
+class Load3ds : public LoadTest
 {
-    fractions.push_back(fraction);
-}
-
-class Load3ds : public EngineTest
-{
-protected:
-    void SetUp() override
-    {
-        EngineTest::SetUp();
-        group = std::make_unique<OGroup>();
-        fractions.clear();
-    }
-    void TearDown() override
-    {
-        group.reset();
-        EngineTest::TearDown();
-    }
-
-    int load(const std::vector<uint8_t>& bytes, int flags)
-    {
-        return load3ds(folder.write("scene.3ds", bytes).c_str(), group.get(), folder.root().c_str(), flags,
-                       noteProgress, nullptr);
-    }
-    int load(const Scene3ds& scene, int flags) { return load(build3ds(scene), flags); }
-    Material* material(int id) const { return group->tlists[0]->getMaterial(id); }
-
-    std::unique_ptr<OGroup> group;
 };
 
 // Four corners of a square and its two faces; the box is 2 by 4 by 6 around (1, 2, 3).
@@ -63,14 +29,6 @@ static Mesh3ds square(const char* name)
     return {.name = name,
             .vertices = {{0, 0, 0}, {2, 0, 0}, {2, 4, 6}, {0, 4, 6}},
             .faces = {{0, 1, 2}, {0, 2, 3}}};
-}
-
-// A material that reads whole in the strict reading too, and loses nothing behind it: one colour pair.
-static Material3ds paired(const char* name, const std::vector<Map3ds>& maps = {})
-{
-    return {.name = name,
-            .diffuse = {{0.2f, 0.4f, 0.1f}, {0.1f, 0.1f, 0.1f, COLOR_3DS_LINEAR_BYTE}},
-            .maps = maps};
 }
 
 TEST_F(Load3ds, NamesUnderTwoCharactersCannotBeOpened)
@@ -193,22 +151,6 @@ TEST_F(Load3ds, ProgressFollowsTheFileAndThePasses)
                                              0.7f, 1.0f / 2.0f * 0.2f + 0.7f, 0.9f, 0.95f, 1.0f}));
 }
 
-TEST_F(Load3ds, ProgressOfTheTexturePassCountsMaterials)
-{
-    ASSERT_EQ(load({.materials = {paired("A"), paired("B")}}, LOAD_MATERIALS), 0);
-    ASSERT_GE(fractions.size(), 7u);
-    const std::vector<float> passes(fractions.end() - 7, fractions.end());
-    EXPECT_EQ(passes, (std::vector<float>{0.5f, 1.0f / 2.0f * 0.2f + 0.5f, 1.0f * 0.2f + 0.5f, 0.7f, 0.9f,
-                                          0.95f, 1.0f}));
-}
-
-TEST_F(Load3ds, ProgressIsNoNumberWithoutMaterialsInTheFile)
-{
-    ASSERT_EQ(load(ChunkWriter().empty(0x4D4D).finish(), LOAD_MATERIALS), 0);
-    ASSERT_EQ(fractions.size(), 5u);
-    EXPECT_TRUE(std::isnan(fractions[0]));
-}
-
 TEST_F(Load3ds, LoadsWithoutProgress)
 {
     const std::string file =
@@ -254,134 +196,6 @@ TEST_F(Load3ds, LeftoverOfAReaderIsWalkedAndPassedOver)
     ASSERT_EQ(load(scene, LOAD_MESHES | LOAD_MATERIALS), 0);
     EXPECT_EQ(material(2)->wire, 0);
     EXPECT_EQ(group->meshCount, 1);
-}
-
-TEST_F(Load3ds, MaterialWithoutImageGetsOneOfItsColor)
-{
-    ASSERT_EQ(load({.materials = {paired("A")}}, LOAD_MATERIALS), 0);
-    for (int id : {0, 1})
-    {
-        ASSERT_NE(material(id)->firstTexture, nullptr);
-        EXPECT_STREQ(material(id)->firstTexture->names[0], "VRKCreated.VRK");
-        EXPECT_EQ(material(id)->firstTexture->width, 4);
-        EXPECT_GT(material(id)->firstTexture->textureIDs[0], 0);
-    }
-}
-
-TEST_F(Load3ds, MaterialWithoutColorIsReported)
-{
-    ASSERT_EQ(load({.materials = {{.name = "A"}}}, LOAD_MATERIALS), 0);
-    EXPECT_TRUE(logged("Material contains no diffuse values"));
-}
-
-TEST_F(Load3ds, FirstTextureIsReadAndHandedToTheRasterizer)
-{
-    folder.write("WALL.TGA", writeTga(Picture(8, 4, 0x336699FF)));
-    ASSERT_EQ(load({.materials = {paired("A", {{.file = "wall.tga"},
-                                               {.slot = MAP_3DS_REFLECTION, .file = "wall.tga"},
-                                               {.slot = MAP_3DS_TEXTURE2, .file = "wall.tga"}})}},
-                   LOAD_MATERIALS),
-              0);
-    const Texture* texture = material(1)->firstTexture;
-    EXPECT_EQ(texture->width, 8);
-    EXPECT_EQ(texture->height, 4);
-    EXPECT_GT(texture->textureIDs[0], 0);
-    EXPECT_EQ(texture->pixels, nullptr);
-    // The other maps are named and never read.
-    EXPECT_EQ(material(1)->reflectionTexture->width, 0);
-    EXPECT_EQ(material(1)->secondTexture->width, 0);
-    EXPECT_EQ(material(1)->secondTexture->textureIDs[0], 0);
-}
-
-TEST_F(Load3ds, HalfFlagScalesImages)
-{
-    folder.write("WALL.TGA", writeTga(Picture(64, 64, 0x336699FF)));
-    const Scene3ds scene = {.materials = {paired("A", {{.file = "WALL.TGA"}})}};
-    ASSERT_EQ(load(scene, LOAD_MATERIALS | LOAD_TEXTURE_HALF), 0);
-    EXPECT_EQ(material(1)->firstTexture->width, 16); // an exact power falls to the next one below
-}
-
-TEST_F(Load3ds, FramesOfAListAreReadBehindItsName)
-{
-    folder.write("ONE.TGA", writeTga(Picture(2, 2, 0xFF0000FF)));
-    folder.write("TWO.TGA", writeTga(Picture(4, 4, 0x00FF00FF)));
-    folder.write("FILM.IFL", "ONE.TGA\nTWO.TGA\n");
-    ASSERT_EQ(load({.materials = {paired("A", {{.file = "FILM.IFL"}})}}, LOAD_MATERIALS), 0);
-    const Texture* texture = material(1)->firstTexture;
-    EXPECT_EQ(texture->frameCount, 2);
-    EXPECT_EQ(texture->width, 4); // of the frame read last
-    EXPECT_GT(texture->textureIDs[0], 0);
-    EXPECT_GT(texture->textureIDs[1], 0);
-    EXPECT_EQ(texture->textureIDs[2], 0);
-    EXPECT_NE(texture->textureIDs[0], texture->textureIDs[1]);
-}
-
-TEST_F(Load3ds, OpacityMapIsFoldedInAndDropped)
-{
-    folder.write("WALL.TGA", writeTga(Picture(4, 4, 0x336699FF)));
-    folder.write("HOLES.TGA", writeTga(Picture(4, 4, 0x303030FF)));
-    const Scene3ds scene = {
-        .materials = {paired("A", {{.file = "WALL.TGA"}, {.slot = MAP_3DS_OPACITY, .file = "HOLES.TGA"}})}};
-    ASSERT_EQ(load(scene, LOAD_MATERIALS), 0);
-    EXPECT_EQ(material(1)->firstTexture->environment, VRK_DECAL);
-    EXPECT_EQ(material(1)->transparency, 1.0f);
-    EXPECT_EQ(material(1)->opacityTexture->pixels, nullptr);
-    EXPECT_EQ(material(1)->opacityTexture->width, 4);
-    EXPECT_EQ(material(1)->opacityTexture->textureIDs[0], 0);
-}
-
-TEST_F(Load3ds, OpacityMapWithoutAFirstTextureIsLeft)
-{
-    ASSERT_EQ(
-        load({.materials = {paired("A", {{.slot = MAP_3DS_OPACITY, .file = "NONE.TGA"}})}}, LOAD_MATERIALS),
-        0);
-    EXPECT_STREQ(material(1)->firstTexture->names[0], "VRKCreated.VRK");
-    EXPECT_EQ(material(1)->transparency, 0.0f);
-    EXPECT_FALSE(logged("Error loading .TGA file"));
-}
-
-TEST_F(Load3ds, MissingImageIsReportedAndTheLoadGoesOn)
-{
-    folder.write("WALL.TGA", writeTga(Picture(4, 4, 0x336699FF)));
-    ASSERT_EQ(load({.materials = {paired("A", {{.file = "NONE.TGA"}}), paired("B", {{.file = "WALL.TGA"}})}},
-                   LOAD_MATERIALS),
-              0);
-    EXPECT_TRUE(logged("Error loading .TGA file"));
-    EXPECT_EQ(material(2)->firstTexture->width, 4);
-}
-
-// Reads the texture of the first material back as one pixel.
-static Pixel textureColor(const OGroup* group)
-{
-    const Texture* texture = group->tlists[0]->getMaterial(1)->firstTexture;
-    uint8_t bytes[8 * 8 * 4] = {};
-    glBindTexture(GL_TEXTURE_2D, static_cast<GLuint>(texture->textureIDs[0]));
-    glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, bytes);
-    return {bytes[0], bytes[1], bytes[2], bytes[3]};
-}
-
-TEST_F(Load3ds, ModifierFlagRaisesTheContrastOfImages)
-{
-    folder.write("WALL.TGA", writeTga(Picture(8, 8, 0x64503CFF)));
-    const Scene3ds scene = {.materials = {paired("A", {{.file = "WALL.TGA"}})}};
-    ASSERT_EQ(load(scene, LOAD_MATERIALS | LOAD_TEXTURE_32BIT), 0);
-    EXPECT_EQ(textureColor(group.get()), (Pixel{100, 80, 60, 255}));
-    group = std::make_unique<OGroup>();
-    ASSERT_EQ(load(scene, LOAD_MATERIALS | LOAD_TEXTURE_32BIT | LOAD_TEXTURE_MODIFIER), 0);
-    EXPECT_EQ(textureColor(group.get()), (Pixel{172, 132, 92, 255}));
-}
-
-TEST_F(Load3ds, ModifierFlagRaisesTheContrastOfOpacityMapsToo)
-{
-    folder.write("WALL.TGA", writeTga(Picture(8, 8, 0x64503CFF)));
-    folder.write("HOLES.TGA", writeTga(Picture(8, 8, 0x282828FF)));
-    const Scene3ds scene = {
-        .materials = {paired("A", {{.file = "WALL.TGA"}, {.slot = MAP_3DS_OPACITY, .file = "HOLES.TGA"}})}};
-    ASSERT_EQ(load(scene, LOAD_MATERIALS | LOAD_TEXTURE_32BIT), 0);
-    EXPECT_EQ(textureColor(group.get()).a, 40);
-    group = std::make_unique<OGroup>();
-    ASSERT_EQ(load(scene, LOAD_MATERIALS | LOAD_TEXTURE_32BIT | LOAD_TEXTURE_MODIFIER), 0);
-    EXPECT_EQ(textureColor(group.get()).a, 52);
 }
 
 TEST_F(Load3ds, MeshesAreFinished)

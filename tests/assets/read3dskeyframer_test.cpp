@@ -151,17 +151,51 @@ TEST_F(Keyframer, PivotsGoToTheirObjects)
 {
     ChunkWriter before;
     before.open(0xB013).vector({9, 9, 9}).close(); // in front of any node: nobody's
-    ChunkWriter first = node(0xB002, "M"), second = node(0xB005, "L");
+    ChunkWriter first = node(0xB002, "M"), second = node(0xB005, "L"), third = node(0xB003, "C");
     first.open(0xB013).vector({1, 2, 3}).close();
     second.open(0xB013).vector({4, 5, 6}).close();
-    before.bytes(first.finish()).bytes(second.finish());
+    third.open(0xB013).vector({7, 8, 9}).close().open(0xB013).vector({10, 11, 12}).close();
+    before.bytes(first.finish()).bytes(second.finish()).bytes(third.finish());
     read(before);
     EXPECT_EQ(mesh->pivot.y, 2.0f);
     EXPECT_EQ(light->pivot.z, 6.0f);
-    ASSERT_EQ(paths->pivotCount, 2);
+    EXPECT_EQ(camera->pivot.x, 10.0f);
+    ASSERT_EQ(paths->pivotCount, 3); // one for each object: there is no room for a fourth
+    EXPECT_EQ(paths->pivots[2].object, camera);
+    EXPECT_EQ(paths->pivots[2].pivot.x, 7.0f);
     EXPECT_EQ(paths->pivots[0].object, mesh);
     EXPECT_EQ(paths->pivots[1].object, light);
     EXPECT_EQ(paths->pivots[1].pivot.x, 4.0f);
+}
+
+TEST_F(Keyframer, CutPivotIsMinusOne)
+{
+    ChunkWriter out;
+    out.header(0xB000, 900).bytes(node(0xB002, "M").finish()).header(0xB013, 18).f32(5);
+    EXPECT_EQ(readWhole(out.finish()), 0);
+    EXPECT_EQ(mesh->pivot.x, 5.0f);
+    EXPECT_EQ(mesh->pivot.y, -1.0f);
+    EXPECT_EQ(mesh->pivot.z, -1.0f);
+}
+
+// The header of the section counts in its length and not in what was read of it.
+TEST_F(Keyframer, ReadsTheChunkBehindTheSectionToo)
+{
+    ChunkWriter out;
+    out.open(0xB000).open(0xB008).i32(1).i32(2).close().close();
+    out.open(0xB008).i32(3).i32(7).close();
+    out.open(0xB008).i32(10).i32(20).close();
+    EXPECT_EQ(readWhole(out.finish()), 0);
+    EXPECT_EQ(group->firstFrame, 3);
+    EXPECT_EQ(group->lastFrame, 7);
+    for (const int length : {0, -5}) // and one chunk of a section without length
+    {
+        LoaderBlock block(
+            ChunkWriter().open(0xB008).i32(4).i32(5).close().open(0xB008).i32(8).i32(9).close().finish());
+        group->firstFrame = 0;
+        EXPECT_EQ(read3dsKeyframer(length, group.get(), paths.get()), 0);
+        EXPECT_EQ(group->firstFrame, 4);
+    }
 }
 
 TEST_F(Keyframer, PositionTrack)

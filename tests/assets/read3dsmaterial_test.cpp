@@ -252,6 +252,12 @@ TEST_F(Read3dsMaterial, FlagsChooseDepthAndMipmapsOfItsMaps)
     EXPECT_EQ(material->firstTexture->bitsPerTexel, 32);
     EXPECT_FALSE(material->firstTexture->mipmap);
     EXPECT_FALSE(material->firstTexture->acceptSubstitutes);
+    read({.name = "B", .maps = {{.file = "A.TGA"}}}, LOAD_TEXTURE_32BIT);
+    EXPECT_EQ(list.getMaterial(2)->firstTexture->bitsPerTexel, 32);
+    EXPECT_TRUE(list.getMaterial(2)->firstTexture->mipmap);
+    read({.name = "C", .maps = {{.file = "A.TGA"}}}, LOAD_NO_MIPMAP);
+    EXPECT_EQ(list.getMaterial(3)->firstTexture->bitsPerTexel, 16);
+    EXPECT_FALSE(list.getMaterial(3)->firstTexture->mipmap);
 }
 
 TEST_F(Read3dsMaterial, ReadsTheParametersOfAMap)

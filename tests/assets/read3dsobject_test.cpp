@@ -236,7 +236,7 @@ TEST_F(Read3dsObject, FaceMaterialsTakeTheNumberOfTheirName)
     const Mesh* mesh = read({.name = "M",
                              .vertices = corners,
                              .faces = {{0, 1, 2}, {1, 2, 3}, {0, 2, 3}, {0, 1, 3}},
-                             .groups = {{"Wood", {0, 2}}, {"Stone", {1}}, {"wood", {3}}}});
+                             .groups = {{"Wood", {0, 2}}, {"Stone", {1, 3}}, {"wood", {3}}}});
     EXPECT_EQ(mesh->faceMaterials[0].materialIndex, 2);
     EXPECT_EQ(mesh->faceMaterials[1].materialIndex, 1);
     EXPECT_EQ(mesh->faceMaterials[2].materialIndex, 2);

@@ -27,13 +27,15 @@ static void upperCase(char* text)
 }
 
 // Reads records up to the end mark or the end of the file; what the file ends with is a record, too.
-// @return their number, 0 if they are too many
+// @return their number, 0 if they make no directory
 static uint32_t readRecords(FILE* stream, PackEntry* records)
 {
     for (uint32_t count = 0; count < VRK_PACK_MOST_ENTRIES;)
     {
         PackEntry& record = records[count];
         const size_t read = std::fread(&record, 1, sizeof record, stream);
+        if (count == 0 && read < sizeof record)
+            return 0;
         record.name[sizeof record.name - 1] = 0;
         upperCase(record.name);
         ++count;

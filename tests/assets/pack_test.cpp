@@ -241,27 +241,11 @@ TEST_F(Pack, WhatIsNoPackIsRefused)
     EXPECT_EQ(packOpen(folder.root().c_str()), 1);
     EXPECT_EQ(packOpen(""), 1);
     EXPECT_EQ(packOpen(nullptr), 1);
+    for (uint32_t size = 0; size < entrySize; ++size)
+        EXPECT_EQ(open(Bytes(size, 0xFF)), 1) << size;
     EXPECT_EQ(packStream, nullptr);
     EXPECT_EQ(packDirectory, nullptr);
     EXPECT_EQ(packEntryCount, 0u);
-}
-
-TEST_F(Pack, FileThatEndsWithinItsFirstRecordHasThatRecord)
-{
-    Bytes bytes;
-    appendPackRecord(&bytes, 1, 2, "part");
-    for (uint32_t size = 0; size < entrySize; ++size)
-    {
-        ASSERT_EQ(open(Bytes(bytes.begin(), bytes.begin() + size)), 0) << size;
-        EXPECT_NE(packStream, nullptr);
-        EXPECT_EQ(packEntryCount, 1u);
-        EXPECT_EQ(packDirectorySize, entrySize);
-        EXPECT_EQ(packStreamPos, entrySize);
-        EXPECT_EQ(packFindEntry(std::string("PART").substr(0, size < 8 ? 0 : size - 8).c_str()), 0) << size;
-        EXPECT_EQ(packFileOpen("other", "rb"), nullptr);
-    }
-    EXPECT_EQ(packFileSize(member("part").get()), 2u);
-    EXPECT_EQ(readWhole("part"), "");
 }
 
 TEST_F(Pack, LargestDirectory)
@@ -402,8 +386,9 @@ TEST_F(Pack, DamagedPacksNeverHarm)
         else
             for (int change = 0; change < 20; ++change)
                 bytes[random() % bytes.size()] = static_cast<uint8_t>(random());
-        ASSERT_EQ(open(bytes), 0);
-        ASSERT_NE(packStream, nullptr);
+        const int result = open(bytes);
+        ASSERT_EQ(result, i < entrySize ? 1 : 0);
+        ASSERT_EQ(packStream != nullptr, result == 0);
         for (uint32_t entry = 0; packStream && entry < packEntryCount; ++entry)
         {
             const Handle handle = member(packDirectory[entry].name);

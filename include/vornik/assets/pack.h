@@ -44,9 +44,9 @@ extern VRK_API uint32_t packDirectorySize; ///< bytes: where the data begins in 
 extern VRK_API uint32_t packStreamPos;
 
 /// Opens a pack, found like any other file, and reads its directory. A pack that is still open is closed.
-/// @return 0, or 1 if the file can't be opened or has a larger directory than VRK_PACK_MOST_ENTRIES. A
-///         directory without an end mark ends with the file; what stands there then is a record, too, and be
-///         it nothing.
+/// @return 0, or 1 if the file can't be opened, ends within its first record or has a larger directory than
+///         VRK_PACK_MOST_ENTRIES. A directory without an end mark ends with the file; what stands there then
+///         is a record, too.
 VRK_API int packOpen(const char* name);
 /// Closes the pack, if one is open. Handles mean nothing any more. @return 0
 VRK_API int packClose();

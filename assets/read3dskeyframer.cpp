@@ -32,7 +32,7 @@ class KeyframeReader
 {
 public:
     KeyframeReader(int length, OGroup* target, PathList* list)
-        : group(target), paths(list), walk(length, std::min(0, length - 1))
+        : group(target), paths(list), walk(std::max(length, 1), 0), oneChunk(length < 1)
     {
     }
     int read();
@@ -58,6 +58,7 @@ private:
     OGroup* group;
     PathList* paths;
     ChunkWalk walk;
+    bool oneChunk; // a section that claims no length has one chunk all the same
     int type = 0;
     Object* object = nullptr;
     int number = 0;
@@ -79,8 +80,12 @@ int read3dsKeyframer(int length, OGroup* group, PathList* paths)
 int KeyframeReader::read()
 {
     while (walk.next())
+    {
         if (const int result = readPart())
             return result;
+        if (oneChunk)
+            break;
+    }
     keyframesRead = !loaderTolerant || hasNodes();
     return 0;
 }

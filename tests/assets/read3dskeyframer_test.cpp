@@ -188,14 +188,27 @@ TEST_F(Keyframer, ReadsTheChunkBehindTheSectionToo)
     EXPECT_EQ(readWhole(out.finish()), 0);
     EXPECT_EQ(group->firstFrame, 3);
     EXPECT_EQ(group->lastFrame, 7);
-    for (const int length : {0, -5}) // and one chunk of a section without length
-    {
-        LoaderBlock block(
-            ChunkWriter().open(0xB008).i32(4).i32(5).close().open(0xB008).i32(8).i32(9).close().finish());
-        group->firstFrame = 0;
-        EXPECT_EQ(read3dsKeyframer(length, group.get(), paths.get()), 0);
-        EXPECT_EQ(group->firstFrame, 4);
-    }
+}
+
+// Whatever that chunk claims to be as long as.
+TEST_F(Keyframer, ReadsOneChunkOfASectionWithoutLength)
+{
+    for (const int length : {0, -5, std::numeric_limits<int>::min()})
+        for (const uint32_t claimed : {14U, 0U})
+        {
+            LoaderBlock block(ChunkWriter()
+                                  .header(0xB008, claimed)
+                                  .i32(4)
+                                  .i32(5)
+                                  .open(0xB008)
+                                  .i32(8)
+                                  .i32(9)
+                                  .close()
+                                  .finish());
+            group->firstFrame = 0;
+            EXPECT_EQ(read3dsKeyframer(length, group.get(), paths.get()), 0);
+            EXPECT_EQ(group->firstFrame, 4) << length << " " << claimed;
+        }
 }
 
 TEST_F(Keyframer, PositionTrack)

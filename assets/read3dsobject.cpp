@@ -325,7 +325,8 @@ void ObjectReader::readLightColor()
 
 void ObjectReader::finishLight()
 {
-    if (light)
+    // Not by 1 either in the strict reading: it would change a signalling NaN.
+    if (light && loaderTolerant)
     {
         light->color.r *= multiplier;
         light->color.g *= multiplier;

@@ -478,6 +478,19 @@ TEST_F(Read3dsObject, ByteColorOfALightIsSigned)
     EXPECT_FLOAT_EQ(read(Light3ds{.name = "L", .color = {{1, 0.2f, 0}}})->color.r, -0.003921569f);
 }
 
+// The bits as they are, those of a signalling NaN, too.
+TEST_F(Read3dsObject, FloatColorOfALightIsKeptBitForBit)
+{
+    const uint32_t channels[] = {0x7F8E5C7C, 0x80000000, 0x00000001};
+    ChunkWriter out;
+    out.open(0x4000).text("L").open(0x4600).zeros(12).open(COLOR_3DS_FLOAT);
+    for (const uint32_t channel : channels)
+        out.u32(channel);
+    read(out.finish());
+    ASSERT_EQ(group->lightCount, 1);
+    EXPECT_EQ(memcmp(&group->lights[0]->color, channels, sizeof(channels)), 0);
+}
+
 TEST_F(Read3dsObject, LightTakesTheChunkBehindItsPlaceForItsColor)
 {
     // The multiplier stands there: it is passed over, and the colour behind it is an unknown chunk.

@@ -121,8 +121,9 @@ Key VRKPath::interpolateKey(float frame)
     const Key& to = isLast ? from : keys[k + 1];
     const float span = static_cast<float>(to.frame) - static_cast<float>(from.frame);
     const float t = isLast ? 0.0f : (frame - static_cast<float>(from.frame)) / (span == 0.0f ? 1.0f : span);
-    const float t2 = std::pow(t, 2.0f);
-    const float t3 = std::pow(t, 3.0f);
+    // Powers of doubles: those of floats aren't the nearest ones, and differ from one C library to the next.
+    const float t2 = static_cast<float>(std::pow(double(t), 2.0));
+    const float t3 = static_cast<float>(std::pow(double(t), 3.0));
     const float h1 = 2 * t3 - 3 * t2 + 1;
     const float h2 = 3 * t2 - 2 * t3;
     const float h3 = t3 - 2 * t2 + t;

@@ -146,6 +146,26 @@ TEST(Spline, HermiteBetweenTwoKeys)
     EXPECT_EQ(key.tension, 0.0f);
 }
 
+// Of whole frames and spans there are hundreds of which a power function of floats misses the nearest one.
+TEST(Spline, PowersAreRoundedOnce)
+{
+    VRKPath path(2, 5, 0, nullptr);
+    for (int span = 1; span <= 200; ++span)
+        for (int frame = 0; frame <= span; ++frame)
+        {
+            path.set(0, 0, 0, 0, 0);
+            path.set(1, 0, 0, 0, span);
+            path.keys[0].tangentOut[0] = 1;
+            const double t = static_cast<float>(frame) / static_cast<float>(span);
+            const float t1 = static_cast<float>(t);
+            const float t2 = static_cast<float>(t * t);
+            const float t3 = static_cast<float>(t * t * t);
+            const float expected = frame == span ? 0.0f : t3 - 2 * t2 + t1;
+            ASSERT_EQ(path.interpolateKey(static_cast<float>(frame)).position[0], expected)
+                << frame << " of " << span;
+        }
+}
+
 TEST(Spline, FramesInFrontOfTheFirstKeyExtrapolate)
 {
     VRKPath path(2, 5, 0, nullptr);

@@ -14,6 +14,17 @@ static bool refused = false;
 static long long held = 0, peak = 0;
 static long failing = 0; // calls left up to the one that fails, that one included
 
+// What new takes from malloc comes here too where the C++ library is part of the program. It is counted once.
+static int depthOfNew = 0;
+
+struct InsideNew
+{
+    InsideNew() { ++depthOfNew; }
+    InsideNew(const InsideNew&) = delete;
+    InsideNew& operator=(const InsideNew&) = delete;
+    ~InsideNew() { --depthOfNew; }
+};
+
 long allocationCount()
 {
     return allocations;
@@ -89,18 +100,26 @@ static Blocks& blocks()
 // Counts a call. @return is it the one that fails?
 static bool fails()
 {
+    if (depthOfNew > 0)
+        return false;
     ++allocations;
     return failing > 0 && --failing == 0;
 }
 
 static void* took(void* block, size_t size)
 {
-    if (!block)
-        return nullptr;
+    if (!block || depthOfNew > 0)
+        return block;
     blocks()[block] = size;
     held += static_cast<long long>(size);
     peak = std::max(peak, held);
     return block;
+}
+
+static void* within(void* (*real)(size_t), size_t size)
+{
+    const InsideNew inside;
+    return real(size);
 }
 
 static void gives(void* block)
@@ -165,24 +184,24 @@ extern "C"
     {
         if (fails())
             throw std::bad_alloc();
-        return took(realNew(size), size);
+        return took(within(realNew, size), size);
     }
 
     void* wrapNewArray(size_t size)
     {
         if (fails())
             throw std::bad_alloc();
-        return took(realNewArray(size), size);
+        return took(within(realNewArray, size), size);
     }
 
     void* wrapQuietNew(size_t size, const std::nothrow_t&)
     {
-        return fails() ? nullptr : took(realNew(size), size);
+        return fails() ? nullptr : took(within(realNew, size), size);
     }
 
     void* wrapQuietNewArray(size_t size, const std::nothrow_t&)
     {
-        return fails() ? nullptr : took(realNewArray(size), size);
+        return fails() ? nullptr : took(within(realNewArray, size), size);
     }
 
     void wrapDelete(void* block)

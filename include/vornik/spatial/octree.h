@@ -65,6 +65,8 @@ public:
     /// Divides this node and what is below while there are more than maxFaces in a node of depth maxDepth or
     /// less. Nodes stay whole where their bounds are endless, where memory ends, and once
     /// VRK_OCTREE_REFERENCES have been made, or VRK_OCTREE_REFERENCES_EACH for each face if that is more.
+    /// Divides only what the node itself holds: faces inserted behind an earlier split() get new children,
+    /// and the earlier ones are deleted with their faces.
     /// @param progress  may be null; called with 0 to 7 as the children of this node are done
     /// @return 2 for limits below 1
     int split(int maxFaces, int maxDepth, void (*progress)(int));

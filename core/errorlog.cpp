@@ -20,8 +20,9 @@ enum
 void vrkInitErrorLog(const char* fileName)
 {
     // The name may be the record's own.
-    const size_t length = strnlen(fileName, sizeof vrkError.fileName - 1);
-    std::memmove(vrkError.fileName, fileName, length);
+    const size_t length = fileName ? strnlen(fileName, sizeof vrkError.fileName - 1) : 0;
+    if (length > 0)
+        std::memmove(vrkError.fileName, fileName, length);
     vrkError.fileName[length] = 0;
     vrkError.mode = logToFile;
 }

@@ -66,6 +66,8 @@ TEST_F(ErrorLog, InitByTheNameThatItHasGoesBackToTheFile)
     EXPECT_EQ(vrkError.mode, 0);
     vrkInitErrorLog(vrkError.fileName + 3);
     EXPECT_STREQ(vrkError.fileName, "def.log");
+    vrkInitErrorLog(static_cast<const char*>(nullptr));
+    EXPECT_STREQ(vrkError.fileName, "");
 }
 
 TEST_F(ErrorLog, LinesAreAppendedAndTheNumberComesBack)

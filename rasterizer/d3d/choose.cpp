@@ -137,12 +137,12 @@ static int colorDepth(const D3DPixelFormat& format)
     return std::min({std::popcount(format.red), std::popcount(format.green), std::popcount(format.blue)});
 }
 
-// How well a format that fits suits: the format of an image with alpha gives alpha four bits or more, that of
-// one without gives colour all that it can.
+// How well a format that fits suits: the format of an image with alpha shares its bits out evenly, four a
+// channel where there are 16, that of one without gives colour all that it can.
 static int suits(const D3DPixelFormat& format, bool alpha)
 {
     if (alpha)
-        return std::popcount(format.alpha) >= 4 ? 1 : 0;
+        return std::min(colorDepth(format), std::popcount(format.alpha));
     return colorDepth(format) + (hasAlpha(format) ? 0 : 1);
 }
 

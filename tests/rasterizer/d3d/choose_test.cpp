@@ -287,6 +287,16 @@ TEST_F(ChooseTextureFormat, OneBitOfAlphaWhereThereAreNotFour)
     EXPECT_EQ(chosen(16, true), 1);
 }
 
+TEST_F(ChooseTextureFormat, FourBitsAChannelWinOverMoreAlphaInFewColours)
+{
+    const D3DPixelFormat a8r3g3b2 = {d3d::pixelsRgb | d3d::pixelsAlpha, 16, 0xE0, 0x1C, 0x3, 0xFF00, 0, 0};
+    formats.insert(formats.begin(), a8r3g3b2);
+    EXPECT_EQ(chosen(16, true), 3);
+    formats.push_back(a8r3g3b2);
+    formats.erase(formats.begin());
+    EXPECT_EQ(chosen(16, true), 2);
+}
+
 TEST_F(ChooseTextureFormat, MissingDepthIsReplaced)
 {
     formats = {commonTextureFormats()[2]};

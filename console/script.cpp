@@ -8,8 +8,8 @@
 #include "vornik/core/errorlog.h"
 
 // Scripts that run now, one inside the other, and those that have begun since the outermost did, refused ones
-// too. A script that calls itself ends by these: the depth alone would let one that does so twice begin
-// 65,536 times.
+// too; files that aren't there never begin. A script that calls itself ends by these: the depth alone would
+// let one that does so twice begin 65,536 times.
 static int running = 0;
 static int begun = 0;
 
@@ -79,14 +79,15 @@ int Console::parseScriptLine(String line)
 
 int Console::readScript(const char* fileName)
 {
-    const RunningScript script;
-    if (isTooMany())
-        return refuse(this, "Too many scripts!\n");
-    if (running > VRK_CONSOLE_SCRIPTS)
-        return refuse(this, "Scripts are nested too deeply!\n");
     FILE* file = vrkOpenFile(fileName, "rb");
     if (!file)
         return vrkPutToErrorLog("Script file not found!", 31);
+    const RunningScript script;
+    if (isTooMany() || running > VRK_CONSOLE_SCRIPTS)
+    {
+        std::fclose(file);
+        return refuse(this, isTooMany() ? "Too many scripts!\n" : "Scripts are nested too deeply!\n");
+    }
     while (!std::feof(file) && !std::ferror(file) && !isTooMany())
         parseScriptLine(readln(file));
     std::fclose(file);

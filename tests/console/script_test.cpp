@@ -211,3 +211,12 @@ TEST_F(Script, MayRunManyOthers)
     ran(content + "#EXECSCRIPT inner.txt\n", 18);
     EXPECT_EQ(runs, 2 * 1023);
 }
+
+TEST_F(Script, FilesThatAreNotThereDoNotCountAsScripts)
+{
+    std::string content;
+    for (int i = 0; i < 1100; ++i)
+        content += "#EXECSCRIPT none.txt\n";
+    EXPECT_EQ(count(ran(content + "#EXIT\n"), "Script file not found!\n"), 1100);
+    EXPECT_TRUE(console.exitRequest());
+}

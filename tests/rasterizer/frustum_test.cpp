@@ -8,6 +8,7 @@
 
 #include <GL/gl.h>
 
+#include "core/directions.h"
 #include "tests/support/engine.h"
 #include "tests/support/glrecorder.h"
 #include "tests/support/testmesh.h"
@@ -60,18 +61,6 @@ TEST_F(FrustumTest, PlanesOfALevelView)
     expectVector(frustum.point[4], 100, 0, 0);
 }
 
-static Vertex3D times(Vertex3D v, float factor)
-{
-    v *= factor;
-    return v;
-}
-
-static Vertex3D normalized(Vertex3D v)
-{
-    v.normalize();
-    return v;
-}
-
 static bool same(const Vertex3D& a, const Vertex3D& b)
 {
     return a.x == b.x && a.y == b.y && a.z == b.z;
@@ -88,17 +77,16 @@ TEST_F(FrustumTest, EachStepRoundsForItself)
         camera.target = {place(random), place(random), place(random)};
         vrkMakeFrustrum(&camera, &frustum);
 
-        Vertex3D view = normalized(camera.target - camera.eye);
-        Vertex3D up = normalized(Vertex3D{0, 0, 1} - times(view, view.z));
+        Vertex3D view = unit(camera.target - camera.eye);
+        Vertex3D up = unit(Vertex3D{0, 0, 1} - scaled(view, view.z));
         view.normalize(); // once more, as the far plane is below
-        const Vertex3D right = normalized(up ^ view);
-        const Vertex3D expected[5] = {normalized(up - times(view, tangent)),
-                                      normalized(times(-view, tangent) - up),
-                                      normalized(right - times(view, tangent)),
-                                      normalized(times(-view, tangent) - right), normalized(view)};
+        const Vertex3D right = unit(up ^ view);
+        const Vertex3D expected[5] = {unit(up - scaled(view, tangent)), unit(scaled(-view, tangent) - up),
+                                      unit(right - scaled(view, tangent)),
+                                      unit(scaled(-view, tangent) - right), unit(view)};
         for (int plane = 0; plane < 5; ++plane)
             EXPECT_TRUE(same(frustum.normal[plane], expected[plane])) << i << ' ' << plane;
-        EXPECT_TRUE(same(frustum.point[4], times(expected[4], 100))) << i;
+        EXPECT_TRUE(same(frustum.point[4], scaled(expected[4], 100))) << i;
     }
 }
 
